@@ -1,0 +1,27 @@
+/* Everything the library offers. */
+#ifndef AAADOM_AAADOM_H
+#define AAADOM_AAADOM_H
+
+#include <aaadom/channel.h>
+#include <aaadom/codes.h>
+#include <aaadom/database.h>
+#include <aaadom/db_layout.h>
+#include <aaadom/diagnostics.h>
+#include <aaadom/domain.h>
+#include <aaadom/domain_codec.h>
+#include <aaadom/domain_table.h>
+#include <aaadom/management.h>
+#include <aaadom/method_codec.h>
+#include <aaadom/method_list.h>
+#include <aaadom/policy.h>
+#include <aaadom/profile.h>
+#include <aaadom/record_switches.h>
+#include <aaadom/restore.h>
+#include <aaadom/results.h>
+#include <aaadom/service.h>
+#include <aaadom/session.h>
+#include <aaadom/settings.h>
+#include <aaadom/settings_codec.h>
+#include <aaadom/types.h>
+
+#endif

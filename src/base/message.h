@@ -1,0 +1,148 @@
+// Owning handle, bounds-checked walk and failure-folding builder of TLV messages. Every encoder and
+// decoder of the library goes through these.
+#pragma once
+
+#include <aaadom/results.h>
+#include <platform/aaa_tlv.h>
+#include <platform/tlv.h>
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "base/text.h"
+
+namespace aaadom {
+
+struct TlvDestroyer {
+    void operator()(TLV_MSG* msg) const noexcept { TLV_Destroy(msg); }
+};
+/// A message by value is consumed, by reference borrowed, returned yours.
+using TlvPtr = std::unique_ptr<TLV_MSG, TlvDestroyer>;
+
+/// One TLV of a message, valid until the message's next append or delete.
+class TlvItem {
+  public:
+    TlvItem(TLV_MSG* msg, TLV_ITER* it) noexcept : msg_(msg), it_(it) {}
+
+    explicit operator bool() const noexcept { return it_ != nullptr; }
+    uint16_t Type() const noexcept { return TLV_GetTypeByIterator(msg_, it_); }
+    uint32_t Length() const noexcept { return TLV_GetLenByIterator(msg_, it_); }
+    uint32_t U32() const noexcept { return AAA_GetUINTTlvValue(msg_, it_); }
+    uint64_t U64() const noexcept { return AAA_GetUINT64TlvValue(msg_, it_); }
+    /// Cuts to `capacity` and terminates.
+    [[nodiscard]] uint32_t Text(char* buffer, uint32_t capacity) const noexcept {
+        return AAA_GetStrTlvValue(msg_, it_, capacity, buffer);
+    }
+    /// Copies at most `length` bytes.
+    [[nodiscard]] uint32_t Raw(void* buffer, uint32_t length) const noexcept {
+        return TLV_GetValueByIterator(msg_, it_, length, buffer);
+    }
+    /// The nested message, or null when the value is none.
+    TlvPtr Sub() const noexcept { return TlvPtr(AAA_GetSubTlv(msg_, it_)); }
+
+  private:
+    TLV_MSG* msg_;
+    TLV_ITER* it_;
+};
+
+/// First TLV of a type; false when there is none.
+inline TlvItem FindTlv(TLV_MSG* msg, uint16_t type) noexcept {
+    return TlvItem(msg, msg == nullptr ? nullptr : TLV_GetIteratorByType(msg, type));
+}
+
+/// `for (TlvItem item : TlvWalk(msg))` visits every TLV in order.
+class TlvWalk {
+  public:
+    explicit TlvWalk(TLV_MSG* msg) noexcept : msg_(msg) {}
+
+    class Iterator {
+      public:
+        Iterator(TLV_MSG* msg, TLV_ITER* it) noexcept : msg_(msg), it_(it) {}
+        TlvItem operator*() const noexcept { return TlvItem(msg_, it_); }
+        Iterator& operator++() noexcept {
+            it_ = TLV_GetNext(msg_, it_);
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const noexcept { return it_ != other.it_; }
+
+      private:
+        TLV_MSG* msg_;
+        TLV_ITER* it_;
+    };
+    Iterator begin() const noexcept {
+        return Iterator(msg_, msg_ == nullptr ? nullptr : TLV_GetFirst(msg_));
+    }
+    Iterator end() const noexcept { return Iterator(msg_, nullptr); }
+
+  private:
+    TLV_MSG* msg_;
+};
+
+/// Appends every TLV it is given and combines the results, so that one test at the end decides.
+class Appender {
+  public:
+    explicit Appender(TLV_MSG* msg) noexcept : msg_(msg) {}
+
+    Appender& U32(uint16_t type, uint32_t value) noexcept {
+        return Fold(AAA_AppendUINTTlvData(msg_, type, value));
+    }
+    Appender& U16(uint16_t type, uint16_t value) noexcept {
+        return Fold(AAA_AppendUSHORTTlvData(msg_, type, value));
+    }
+    Appender& U64(uint16_t type, uint64_t value) noexcept {
+        return Fold(AAA_AppendUINT64TlvData(msg_, type, value));
+    }
+    Appender& Text(uint16_t type, const char* text) noexcept {
+        return Fold(AAA_AppendStrTlvData(msg_, type, text));
+    }
+    /// A text field that may fill its `N` bytes without a terminator.
+    template <size_t N>
+    Appender& Field(uint16_t type, const char (&field)[N]) noexcept {
+        if (BoundedLength(field, N) < N) return Text(type, field);
+        char terminated[N + 1];
+        CopyBounded(terminated, sizeof terminated, field, N);
+        return Text(type, terminated);
+    }
+    Appender& Raw(uint16_t type, const void* data, uint32_t length) noexcept {
+        return Fold(TLV_Append_Data(msg_, type, length, data));
+    }
+    /// A null `sub` counts as a failed append.
+    Appender& Sub(uint16_t type, const TlvPtr& sub) noexcept {
+        return Fold(sub ? AAA_AppendSubTlv(msg_, type, sub.get()) : DOM_ERR_FAILED);
+    }
+    Appender& Fold(uint32_t result) noexcept {
+        folded_ |= result;
+        return *this;
+    }
+    [[nodiscard]] bool Failed() const noexcept { return folded_ != 0; }
+
+  private:
+    TLV_MSG* msg_;
+    uint32_t folded_ = 0;
+};
+
+/// A new message that begins with its code in TLV 0.
+class MessageBuilder {
+  public:
+    explicit MessageBuilder(uint32_t code) noexcept : msg_(TLV_Create()), append_(msg_.get()) {
+        if (msg_) append_.U32(0, code);
+    }
+    /// Calls `fields(Appender&)` when there is a message; returns it, or null when any append failed.
+    template <typename Fields>
+    TLV_MSG* Build(Fields&& fields) && noexcept {
+        if (!msg_) return nullptr;
+        fields(append_);
+        return append_.Failed() ? nullptr : msg_.release();
+    }
+    /// A message that carries its code alone.
+    TLV_MSG* Build() && noexcept {
+        return std::move(*this).Build([](Appender&) {});
+    }
+
+  private:
+    TlvPtr msg_;
+    Appender append_;
+};
+
+}  // namespace aaadom

@@ -1,0 +1,240 @@
+#include "client.h"
+
+#include <aaadom/aaad_results.h>
+#include <platform/lipc.h>
+
+#include <cstring>
+
+namespace aaactl {
+namespace {
+
+std::string Hex(uint32_t code) {
+    char text[16];
+    snprintf(text, sizeof text, code > 255 ? "0x%08X" : "%u", code);
+    return text;
+}
+
+}  // namespace
+
+void CheckDomainName(const std::string& name) {
+    const std::string object = "domain name \"" + name + "\"";
+    if (name.empty())
+        RefuseUsage("domain name", "it is empty", "Give a name of 1 to 255 characters");
+    if (name.size() >= DOM_NAME_SIZE) {
+        RefuseUsage(object, "it has " + std::to_string(name.size()) + " characters, 255 fit",
+                    "Choose a shorter name");
+    }
+    if (DOM_CheckDomainName(name.c_str()) != DOM_OK) {
+        RefuseUsage(object, "it holds one of \\ / : * ? \" < > | @",
+                    "Choose a name without these characters");
+    }
+}
+
+void CheckFits(const std::string& what, const std::string& text, size_t capacity) {
+    if (text.size() < capacity) return;
+    RefuseUsage(what + " \"" + text + "\"",
+                "it has " + std::to_string(text.size()) + " characters, " +
+                    std::to_string(capacity - 1) + " fit",
+                "Give a shorter text");
+}
+
+Failure Refused(const std::string& object, uint32_t code) {
+    switch (code) {
+        case AAAD_ERR_DENIED:
+            return Failure(kExitRefused, object, "the daemon allows changes to administrators only",
+                           "Run the command as root, as the daemon's user or as a member of its "
+                           "administrators' group",
+                           code);
+        case AAAD_ERR_NOT_SAVED:
+            return Failure(
+                kExitRefused, object, "the daemon could not save the change and has undone it",
+                "See the daemon's log; make room on the disk of its state directory", code);
+        default:
+            return Failure(kExitRefused, object, "the daemon refused (result " + Hex(code) + ")",
+                           "See the daemon's log for the reason", code);
+    }
+}
+
+void Client::SetRunDir(const std::string& directory) {
+    run_dir_ = directory;
+    if (LIPC_SetRuntimeDir(directory.c_str()) != 0) {
+        RefuseUsage("run directory \"" + directory + "\"", "the path is too long or empty",
+                    "Give the directory that the daemon was started with");
+    }
+}
+
+void Client::SetTimeout(uint32_t milliseconds) {
+    (void)LIPC_SetWaitLimit(milliseconds);
+}
+
+Message Client::Send(TLV_MSG* request, uint32_t operation, uint16_t* kind) {
+    Message owned(request);
+    if (!owned) {
+        throw Failure(kExitRefused, "request", "it could not be built: out of memory",
+                      "Free memory and try again");
+    }
+    Message reply(DOM_lipc_SendCfgMsg(owned.get(), operation, kind));
+    if (!reply) {
+        throw Failure(kExitUnreachable, "daemon", "no answer on " + run_dir_,
+                      "Check that aaad runs (systemctl status aaad), that --run-dir is its run "
+                      "directory and that --timeout leaves it time");
+    }
+    return reply;
+}
+
+uint32_t Client::Change(TLV_MSG* request, uint32_t operation) {
+    Message reply = Send(request, operation, nullptr);
+    uint32_t result = DOM_RESULT_MISSING;
+    (void)DOM_lipc_ReplyMsgProc(reply.get(), &result);  // always 0
+    return result;
+}
+
+void Client::ChangeDomain(const std::string& domain, TLV_MSG* request, uint32_t operation) {
+    const uint32_t result = Change(request, operation);
+    if (result == DOM_OK) return;
+    if (result == DOM_ERR_FAILED && !FindDomain(domain)) {
+        throw Failure(kExitRefused, "domain \"" + domain + "\"", "there is no such domain",
+                      "Create it with: aaactl domain create " + domain, result);
+    }
+    throw Refused("domain \"" + domain + "\"", result);
+}
+
+Reply Client::Read(TLV_MSG* request, uint32_t operation) {
+    uint16_t kind = 0;
+    Reply reply{Send(request, operation, &kind)};
+    if (kind == DOM_REPLY_KIND_RESULT) {
+        (void)DOM_lipc_ReplyMsgProc(reply.data.get(), &reply.refusal);  // always 0
+        reply.data.reset();
+    }
+    return reply;
+}
+
+Message Client::NeedData(const std::string& what, TLV_MSG* request) {
+    Reply reply = Read(request);
+    if (!reply.data) throw Refused(what, reply.refusal);
+    return std::move(reply.data);
+}
+
+namespace {
+
+Failure Unreadable(const std::string& what) {
+    return Failure(kExitRefused, what, "the daemon's answer cannot be read",
+                   "Use the aaactl of the daemon's release");
+}
+
+}  // namespace
+
+DomainPtr Client::FindDomain(const std::string& name) {
+    Reply reply = Read(DOM_EncodeDomainName(name.c_str()));
+    if (!reply.data) {
+        if (reply.refusal == AAAD_ERR_DENIED)
+            throw Refused("domain \"" + name + "\"", reply.refusal);
+        return nullptr;
+    }
+    DomainPtr domain(DOM_DecodeDomain(reply.data.get()));
+    if (!domain) throw Unreadable("domain \"" + name + "\"");
+    return domain;
+}
+
+DomainPtr Client::NeedDomain(const std::string& name) {
+    DomainPtr domain = FindDomain(name);
+    if (!domain) {
+        throw Failure(kExitRefused, "domain \"" + name + "\"", "there is no such domain",
+                      "See aaactl domain list");
+    }
+    return domain;
+}
+
+std::vector<DomainPtr> Client::DomainsByName() {
+    std::vector<DomainPtr> domains;
+    std::string name;
+    for (;;) {
+        Reply reply = Read(DOM_EncodeDomainNameInfo(name.c_str()), DOM_OP_GET_NEXT);
+        if (!reply.data) {
+            if (reply.refusal != DOM_WALK_NONE) throw Refused("list of domains", reply.refusal);
+            return domains;
+        }
+        DomainPtr domain(DOM_DecodeDomain(reply.data.get()));
+        if (!domain) throw Unreadable("list of domains");
+        // Names ascend, so a walk ends whatever other clients change meanwhile.
+        if (!name.empty() && name >= domain->name) throw Unreadable("list of domains");
+        name = domain->name;
+        domains.push_back(std::move(domain));
+    }
+}
+
+std::vector<DomainMibRow> Client::DomainsByRow() {
+    std::vector<DomainMibRow> rows;
+    std::string name;
+    for (;;) {
+        Reply reply =
+            Read(DOM_EncodeDomainNameAndLen(name.c_str(), static_cast<uint32_t>(name.size())),
+                 DOM_OP_GET_NEXT);
+        // The row walk ends with status 8 on an empty table and 9 behind the last row.
+        if (!reply.data) {
+            if (reply.refusal != DOM_WALK_NONE && reply.refusal != DOM_WALK_NO_MESSAGE) {
+                throw Refused("list of domains", reply.refusal);
+            }
+            return rows;
+        }
+        DomainMibRow row{};
+        uint64_t flags = 0;
+        if (DOM_DecodeDomainInfoTable(reply.data.get(), &row, &flags) != DOM_OK) {
+            throw Unreadable("list of domains");
+        }
+        const std::string next = row.domain_name;
+        if (next.size() < name.size() || (next.size() == name.size() && next <= name)) {
+            throw Unreadable("list of domains");
+        }
+        name = next;
+        rows.push_back(row);
+    }
+}
+
+namespace {
+
+/// A request that consists of its message code alone.
+TLV_MSG* CodeAlone(uint32_t code) {
+    Message request(TLV_Create());
+    if (!request || TLV_Append_UINT(request.get(), DOM_TLV_MSG_CODE, code) != 0) return nullptr;
+    return request.release();
+}
+
+}  // namespace
+
+uint32_t Client::CountDomains() {
+    Message reply = NeedData("number of domains", CodeAlone(DOM_MSG_DOMAIN_COUNT));
+    uint32_t count = 0;
+    if (DOM_DecodeDomainCount(reply.get(), &count) != DOM_OK) throw Unreadable("number of domains");
+    return count;
+}
+
+GlobalDomain Client::ReadGlobal() {
+    Message reply = NeedData("global settings", CodeAlone(DOM_MSG_GLOBAL_DOMAIN));
+    GlobalDomain global{};
+    uint32_t value_18 = 0;
+    if (DOM_DecodeGlobalDomain(reply.get(), sizeof global.default_domain, global.default_domain,
+                               sizeof global.unknown_domain, global.unknown_domain,
+                               &global.device_id, &value_18) != DOM_OK) {
+        throw Unreadable("global settings");
+    }
+    return global;
+}
+
+SessionLimits Client::ReadSessionLimits() {
+    Message reply = NeedData("session limits", CodeAlone(DOM_MSG_SESSION_LIMIT));
+    SessionLimits limits{};
+    if (DOM_DecodeAllSessionLimit(reply.get(), &limits) != DOM_OK) {
+        throw Unreadable("session limits");
+    }
+    return limits;
+}
+
+uint32_t Client::ReadDebugFlag() {
+    Message reply = NeedData("debug flag", CodeAlone(DOM_MSG_DEBUG_FLAG));
+    uint32_t flag = 0;
+    if (DOM_DecodeDebugFlag(reply.get(), &flag) != DOM_OK) throw Unreadable("debug flag");
+    return flag;
+}
+
+}  // namespace aaactl

@@ -1,0 +1,55 @@
+// domain set attribute, domain unset attribute
+#include "../attributes.h"
+#include "../command.h"
+
+namespace aaactl {
+namespace {
+
+class Attribute : public Command {
+  public:
+    explicit Attribute(bool sets)
+        : Command({"domain", sets ? "set" : "unset", "attribute"},
+                  sets ? "Set fields of an authorization attribute"
+                       : "Put an authorization attribute back to its initial value"),
+          sets_(sets) {}
+    void Define(CLI::App& app) override {
+        app.add_option("name", name_, "The domain")->required();
+        app.add_option("kind", kind_, "0 to 26, or a kind's name")->required();
+        if (sets_) {
+            app.add_option("fields", fields_, "field=value, other fields keep their values")
+                ->required();
+        }
+        app.footer("Kinds and their fields:\n" + DescribeKinds());
+    }
+    void Run(Context& context) override {
+        CheckFits("domain name", name_, DOM_NAME_SIZE);
+        const uint32_t kind = ParseKind(kind_);
+        AuthorAttr attributes = DefaultAttributes();
+        if (sets_) {
+            SetFieldsFromWords(attributes, kind, fields_);  // refuse before asking the daemon
+            attributes = context.client.NeedDomain(name_)->author_attr;
+            SetFieldsFromWords(attributes, kind, fields_);
+        }
+        context.client.ChangeDomain(name_, DOM_EncodeAuthorAttr(kind, name_.c_str(), &attributes),
+                                    sets_ ? DOM_OP_SET : DOM_OP_DELETE);
+        context.output.Line("domain \"" + name_ + "\": attribute " + std::to_string(kind) +
+                            (sets_ ? " is set" : " is back to its initial value"));
+        context.output.Result(
+            {{"domain", name_}, {"kind", kind}, {"attributes", AttributesToJson(attributes)}});
+    }
+
+  private:
+    bool sets_;
+    std::string name_;
+    std::string kind_;
+    std::vector<std::string> fields_;
+};
+
+}  // namespace
+
+void AddDomainAttributeCommands(Commands& commands) {
+    commands.push_back(std::make_unique<Attribute>(true));
+    commands.push_back(std::make_unique<Attribute>(false));
+}
+
+}  // namespace aaactl

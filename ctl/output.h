@@ -1,0 +1,35 @@
+// One answer, shown as text for people or as one JSON object for programs.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "failure.h"
+
+namespace aaactl {
+
+using Json = nlohmann::ordered_json;
+
+class Output {
+  public:
+    void UseJson(bool json) { json_ = json; }
+    bool IsJson() const { return json_; }
+
+    /// A line for people; programs do not see it.
+    void Line(const std::string& text);
+    /// The answer for programs: {"ok": true, "result": ...}. Print once, at the end.
+    void Result(const Json& result);
+    /// Both forms of a failure: text on standard error, or {"ok": false, "error": ...}.
+    void Error(const Failure& failure);
+    /// Progress of long work: on standard error when it is a terminal.
+    void Progress(const std::string& what, size_t done, size_t total);
+
+  private:
+    bool json_ = false;
+};
+
+/// Texts from the network may hold any bytes; JSON and terminals take UTF-8 without control
+/// characters.
+std::string Printable(const std::string& text);
+
+}  // namespace aaactl

@@ -1,0 +1,62 @@
+# Thin: everything is built by CMake presets (CMakePresets.json).
+JOBS ?= $(shell nproc)
+DESTDIR ?=
+PREFIX ?= /usr
+
+.PHONY: help demo test sanitize check bench install format clean
+help:
+	@echo "make demo      install what is missing, build, show the main job on a real database"
+	@echo "make test      install what is missing, build and run every test"
+	@echo "make sanitize  the same tests under the address, undefined and thread sanitizers"
+	@echo "make check     layers, exports, headers, format, thread-safety analysis"
+	@echo "make bench     measure against peers in the same run"
+	@echo "make install   install below DESTDIR=$(DESTDIR) PREFIX=$(PREFIX)"
+	@echo "make format    lay out all sources"
+
+demo:
+	tools/bootstrap
+	cmake --preset release --log-level=WARNING
+	cmake --build --preset release -j $(JOBS)
+	tools/demo build/release
+
+test:
+	tools/bootstrap
+	cmake --preset dev --log-level=WARNING
+	cmake --build --preset dev -j $(JOBS)
+	ctest --preset dev -j $(JOBS)
+
+sanitize:
+	tools/bootstrap
+	cmake --preset asan-ubsan --log-level=WARNING
+	cmake --build --preset asan-ubsan -j $(JOBS)
+	ctest --preset asan-ubsan -j $(JOBS)
+	cmake --preset tsan --log-level=WARNING
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan -j $(JOBS)
+
+check:
+	tools/bootstrap
+	tools/check-layers
+	tools/check-headers
+	tools/check-format
+	cmake --preset clang -DAAADOM_TESTS=OFF --log-level=WARNING
+	cmake --build --preset clang -j $(JOBS)
+	tools/check-exports build/clang/src/libaaadom.so.1
+
+bench:
+	tools/bootstrap bench
+	cmake --preset bench --log-level=WARNING
+	cmake --build build/bench -j $(JOBS)
+	bench/run build/bench
+
+install:
+	tools/bootstrap
+	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) --log-level=WARNING
+	cmake --build --preset release -j $(JOBS)
+	DESTDIR=$(DESTDIR) cmake --install build/release
+
+format:
+	git ls-files '*.h' '*.cpp' '*.c' | xargs clang-format -i
+
+clean:
+	rm -rf build

@@ -1,4 +1,9 @@
-/* Typed values, nested messages and the operation and daemon heads on top of TLV messages. */
+/* Typed values, nested messages and the operation and daemon heads on top of TLV messages.
+ *
+ * Numbers are carried little-endian in exactly their width, texts with their terminator, a nested
+ * message as its complete image. Result codes: 0 done, 0x40010001 failure. A message may be used
+ * by one thread at a time; different messages, a nested message and its parent included, are
+ * independent of each other. No call takes a lock. */
 #ifndef PLATFORM_AAA_TLV_H
 #define PLATFORM_AAA_TLV_H
 
@@ -10,30 +15,126 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
+/**
+ * Append one TLV at the end of `msg`; iterators of `msg` end.
+ * @param msg   borrowed.
+ * @param text  borrowed; goes in with its terminator, an empty text is a TLV of one byte.
+ * @param mac   borrowed; 6 bytes.
+ * @return 0; 0x40010001, and `msg` unchanged, when an argument is null, the message would pass
+ *         4 GiB or memory is short.
+ * @thread any.
+ */
 uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value);
 uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value);
 uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value);
 uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text);
 uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6]);
+
+/**
+ * Appends a copy of a message as one TLV.
+ * @param msg  borrowed; iterators of `msg` end.
+ * @param sub  borrowed; may be empty, may be `msg` itself.
+ * @return 0; 0x40010001, and `msg` unchanged, when an argument is null, the message would pass
+ *         4 GiB or memory is short.
+ * @thread any.
+ */
 uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub);
 
+/**
+ * The number that a TLV carries.
+ * @param msg  borrowed.
+ * @param it   owned by `msg`.
+ * @return the value of the first 4 (8) bytes; 0 when the TLV is shorter, `it` is null or lies
+ *         outside `msg`, or `msg` is null.
+ * @thread any.
+ */
 uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it);
 uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it);
+
+/**
+ * Read the first 2 (6) bytes of a TLV.
+ * @param msg    borrowed.
+ * @param it     owned by `msg`.
+ * @param value  receives the number, unchanged on failure.
+ * @param mac    receives 6 bytes, unchanged on failure.
+ * @return 0; 0x40010001 when the TLV is shorter, `it` is null or lies outside `msg`, or another
+ *         argument is null.
+ * @thread any.
+ */
 uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value);
 uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]);
+
+/**
+ * Copies the text of a TLV: up to the first NUL of the value or the value's end.
+ * @param msg       borrowed.
+ * @param it        owned by `msg`.
+ * @param capacity  size of `buffer` in bytes with the terminator; a longer text is cut to
+ *                  `capacity` - 1 bytes, which is no failure.
+ * @param buffer    receives the text, always terminated; unchanged on failure.
+ * @return 0; 0x40010001 when `it` is null or lies outside `msg`, `capacity` is 0, or `msg` or
+ *         `buffer` is null.
+ * @thread any.
+ */
 uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity, char* buffer);
+
+/**
+ * Takes the nested message of a TLV. A long one shares the bytes of `msg` until one of the two is
+ * changed; nobody notices, and either may be destroyed first, on any thread.
+ * @param msg  borrowed.
+ * @param it   owned by `msg`.
+ * @return returned, destroy with TLV_Destroy; null when the value is not exactly one well-formed
+ *         image, `it` is null or lies outside `msg`, `msg` is null, or memory is short.
+ * @thread any.
+ */
 TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it);
 
+/**
+ * Wraps a request for the configuration thread with its operation.
+ * The new message is TLV 0xFF01 UINT32 `opcode`, TLV 0xFF02 nested `msg`.
+ * @param opcode  0 set or create, 1 delete, 2 get; passed unchanged.
+ * @param msg     borrowed.
+ * @return returned, destroy with TLV_Destroy; null when `msg` is null or memory is short.
+ * @thread any.
+ */
 TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg);
+
+/**
+ * Takes the message out of its operation head.
+ * @param msg     borrowed.
+ * @param opcode  receives the operation, unchanged on failure; may be null.
+ * @return returned, destroy with TLV_Destroy; null when the first two TLVs of `msg` are not the
+ *         head's, its parts are malformed, `msg` is null, or memory is short.
+ * @thread any.
+ */
 TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode);
+
+/**
+ * Wraps a message, which keeps its operation head, for another thread of the daemon.
+ * The new message is TLV 0xFF03 UINT32 `type`, TLV 0xFF04 UINT32 `sub_type`, TLV 0xFF05 nested
+ * `msg`.
+ * @param msg  borrowed.
+ * @return returned, destroy with TLV_Destroy; null when `msg` is null or memory is short.
+ * @thread any.
+ */
 TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg);
+
+/**
+ * Takes the message, still with its operation head, out of its daemon head.
+ * @param msg  borrowed.
+ * @return returned, destroy with TLV_Destroy; null when the first three TLVs of `msg` are not the
+ *         head's, its parts are malformed, `msg` is null, or memory is short.
+ * @thread any.
+ */
 TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg);
 
 /** Appends one item of a structure to `msg`; 0 on success. */
 typedef uint32_t (*AAA_ENCAP_FN)(uint32_t position, const void* item, TLV_MSG* msg);
 /** Reads one nested message into a structure; 0 on success. */
 typedef uint32_t (*AAA_DECAP_FN)(TLV_MSG* sub, void* object);
-/** One run of `count` items of the same TLV type, `stride` bytes apart, from `first` on. */
+/** One run of `count` TLVs of the same type, from items `stride` bytes apart from `first` on. With
+ *  `encap` each TLV is a nested message that `encap` fills from its item, given the item's
+ *  position 0, 1, ...; with a null `encap` each item is a uint32_t in host order and its TLV the
+ *  same number in network byte order. */
 typedef struct AAA_ENCAP_STEP {
     uint16_t type;
     uint32_t count;
@@ -42,8 +143,28 @@ typedef struct AAA_ENCAP_STEP {
     AAA_ENCAP_FN encap;
 } AAA_ENCAP_STEP;
 
+/**
+ * Builds the image of a message from the runs of a structure, in their order.
+ * @param steps       borrowed; may be null when `step_count` is 0, which gives an empty message.
+ * @param length_out  receives the image's length in bytes, 0 on failure; may be null.
+ * @return returned, destroy with free; open it with TLV_CreateReceiveMsg form 2. Null when an
+ *         `encap` answers non-zero, a run with items has a null `first`, the message would pass
+ *         4 GiB, or memory is short.
+ * @thread any; `encap` is called without a lock.
+ */
 void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
                               uint32_t* length_out);
+
+/**
+ * Reads the nested message of a TLV into a structure.
+ * @param msg     borrowed.
+ * @param it      owned by `msg`.
+ * @param decap   reads the nested message, which it borrows.
+ * @param object  borrowed; given to `decap` unchanged, so it may be null if `decap` allows it.
+ * @return the result of `decap`, unchanged; 0x40010001 when the TLV carries no nested message or
+ *         `decap` is null.
+ * @thread any; `decap` is called without a lock.
+ */
 uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap, void* object);
 
 #pragma GCC visibility pop

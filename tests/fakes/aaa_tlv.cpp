@@ -1,0 +1,204 @@
+#include <platform/aaa_tlv.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "fakes/message.h"
+#include "fakes/state.h"
+
+using fake::Event;
+using fake::Hit;
+using fake::kFailed;
+using fake::Quiet;
+
+namespace {
+
+// Types of the operation and daemon heads.
+constexpr uint16_t kOpcode = 0xFF01, kOpBody = 0xFF02;
+constexpr uint16_t kAaadType = 0xFF03, kAaadSubType = 0xFF04, kAaadBody = 0xFF05;
+
+uint32_t Append(TLV_MSG* msg, uint16_t type, const std::string& value) {
+    if (msg == nullptr) return kFailed;
+    fake::AddItem(msg, type, value);
+    return 0;
+}
+
+/// The nested message in the item at `index` when that item has the type.
+TLV_MSG* NestedAt(TLV_MSG* msg, size_t index, uint16_t type) {
+    if (msg == nullptr || index >= msg->items.size() || msg->items[index]->type != type) {
+        return nullptr;
+    }
+    return fake::ParseImage(msg->items[index]->value);
+}
+
+bool HasWordAt(TLV_MSG* msg, size_t index, uint16_t type) {
+    return msg != nullptr && index < msg->items.size() && msg->items[index]->type == type &&
+           msg->items[index]->value.size() >= 4;
+}
+
+}  // namespace
+
+extern "C" uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value) {
+    if (Hit(Event::kAppend)) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, fake::LittleEndian(value, 4));
+}
+
+extern "C" uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value) {
+    if (Hit(Event::kAppend)) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, fake::LittleEndian(value, 2));
+}
+
+extern "C" uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value) {
+    if (Hit(Event::kAppend)) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, fake::LittleEndian(value, 8));
+}
+
+extern "C" uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text) {
+    if (Hit(Event::kAppend) || text == nullptr) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, std::string(text, std::strlen(text) + 1));
+}
+
+extern "C" uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6]) {
+    if (Hit(Event::kAppend) || mac == nullptr) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, std::string(reinterpret_cast<const char*>(mac), 6));
+}
+
+extern "C" uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub) {
+    if (Hit(Event::kAppend) || sub == nullptr) return kFailed;
+    Quiet quiet;
+    return Append(msg, type, fake::MakeImage(sub));
+}
+
+extern "C" uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it) {
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr || item->value.size() < 4) return 0;
+    return static_cast<uint32_t>(fake::FromLittleEndian(item->value, 0, 4));
+}
+
+extern "C" uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it) {
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr || item->value.size() < 8) return 0;
+    return fake::FromLittleEndian(item->value, 0, 8);
+}
+
+extern "C" uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value) {
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr || value == nullptr || item->value.size() < 2) return kFailed;
+    *value = static_cast<uint16_t>(fake::FromLittleEndian(item->value, 0, 2));
+    return 0;
+}
+
+extern "C" uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]) {
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr || mac == nullptr || item->value.size() < 6) return kFailed;
+    std::memcpy(mac, item->value.data(), 6);
+    return 0;
+}
+
+extern "C" uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity,
+                                       char* buffer) {
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr || capacity == 0 || buffer == nullptr) return kFailed;
+    const size_t text = std::min(item->value.find('\0'), item->value.size());
+    const size_t copied = std::min<size_t>(text, capacity - 1);
+    std::memcpy(buffer, item->value.data(), copied);
+    buffer[copied] = '\0';
+    return 0;
+}
+
+extern "C" TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it) {
+    if (Hit(Event::kMessage)) return nullptr;
+    Quiet quiet;
+    const TLV_ITER* item = fake::Readable(msg, it);
+    return item == nullptr ? nullptr : fake::ParseImage(item->value);
+}
+
+extern "C" TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) {
+    if (Hit(Event::kMessage) || msg == nullptr) return nullptr;
+    Quiet quiet;
+    TLV_MSG* out = fake::NewMessage();
+    fake::AddItem(out, kOpcode, fake::LittleEndian(opcode, 4));
+    fake::AddItem(out, kOpBody, fake::MakeImage(msg));
+    return out;
+}
+
+extern "C" TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) {
+    if (Hit(Event::kMessage) || !HasWordAt(msg, 0, kOpcode)) return nullptr;
+    Quiet quiet;
+    TLV_MSG* body = NestedAt(msg, 1, kOpBody);
+    if (body != nullptr && opcode != nullptr) {
+        *opcode = static_cast<uint32_t>(fake::FromLittleEndian(msg->items[0]->value, 0, 4));
+    }
+    return body;
+}
+
+extern "C" TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) {
+    if (Hit(Event::kMessage) || msg == nullptr) return nullptr;
+    Quiet quiet;
+    TLV_MSG* out = fake::NewMessage();
+    fake::AddItem(out, kAaadType, fake::LittleEndian(type, 4));
+    fake::AddItem(out, kAaadSubType, fake::LittleEndian(sub_type, 4));
+    fake::AddItem(out, kAaadBody, fake::MakeImage(msg));
+    return out;
+}
+
+extern "C" TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) {
+    if (Hit(Event::kMessage)) return nullptr;
+    if (!HasWordAt(msg, 0, kAaadType) || !HasWordAt(msg, 1, kAaadSubType)) return nullptr;
+    Quiet quiet;
+    return NestedAt(msg, 2, kAaadBody);
+}
+
+extern "C" void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
+                                         uint32_t* length_out) {
+    if (length_out != nullptr) *length_out = 0;
+    if (Hit(Event::kMessage) || length_out == nullptr) return nullptr;
+    if (steps == nullptr && step_count != 0) return nullptr;
+    Quiet quiet;
+    TLV_MSG* out = fake::NewMessage();
+    bool failed = false;
+    for (uint32_t s = 0; s < step_count && !failed; ++s) {
+        const AAA_ENCAP_STEP& step = steps[s];
+        failed = step.count != 0 && (step.encap == nullptr || step.first == nullptr);
+        for (uint32_t i = 0; i < step.count && !failed; ++i) {
+            const void* item = static_cast<const char*>(step.first) + size_t{i} * step.stride;
+            TLV_MSG* sub = fake::NewMessage();
+            {
+                fake::Outside outside;
+                failed = step.encap(i, item, sub) != 0;
+            }
+            if (!failed) fake::AddItem(out, step.type, fake::MakeImage(sub));
+            fake::DestroyMessage(sub);
+        }
+    }
+    const std::string image = fake::MakeImage(out);
+    fake::DestroyMessage(out);
+    if (failed) return nullptr;
+    void* buffer = std::malloc(image.size());
+    std::memcpy(buffer, image.data(), image.size());
+    *length_out = static_cast<uint32_t>(image.size());
+    return buffer;
+}
+
+extern "C" uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap,
+                                            void* object) {
+    if (Hit(Event::kMessage) || decap == nullptr) return kFailed;
+    const TLV_ITER* item = fake::Readable(msg, it);
+    if (item == nullptr) return kFailed;
+    Quiet quiet;
+    TLV_MSG* sub = fake::ParseImage(item->value);
+    if (sub == nullptr) return kFailed;
+    uint32_t result;
+    {
+        fake::Outside outside;
+        result = decap(sub, object);
+    }
+    fake::DestroyMessage(sub);
+    return result;
+}

@@ -1,0 +1,186 @@
+#include "fakes/database.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace fake {
+namespace {
+
+struct Databases {
+    std::map<std::string, Database> by_name;  // "database/table"
+    std::map<DBM_HANDLE, Handle> handles;
+    DBM_HANDLE next = 1000;
+    std::vector<DbmCall> calls;
+};
+Databases& All() {
+    static auto* all = new Databases;
+    return *all;
+}
+
+}  // namespace
+
+std::condition_variable_any& ScopeEnded() {
+    static auto* ended = new std::condition_variable_any;
+    return *ended;
+}
+
+Handle* FindHandle(DBM_HANDLE handle) {
+    const auto found = All().handles.find(handle);
+    return found == All().handles.end() ? nullptr : &found->second;
+}
+
+Database* FindDatabase(DBM_HANDLE handle) {
+    const Handle* open = FindHandle(handle);
+    return open == nullptr ? nullptr : &All().by_name[open->name];
+}
+
+DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const void* key,
+                   uint32_t key_length)
+    : told_to_fail_(Hit(Event::kDbm)), lock_(StateMutex()) {
+    call_ = {call, "", key_length, -1, 0, "", 0, 0};
+    if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
+    Database* database = FindDatabase(handle);
+    if (told_to_fail_ || database == nullptr) return;
+    const bool mine = database->depth == 0 || database->owner == std::this_thread::get_id();
+    if (access == kWrite && !mine) {
+        // another thread's scope: its writes come first
+        ScopeEnded().wait(lock_, [&] {
+            database = FindDatabase(handle);
+            return database == nullptr || database->depth == 0;
+        });
+        if (database == nullptr) return;
+    }
+    table_ = access == kRead && !mine ? &*database->committed : &database->live;
+    usable_ = access == kControl || (key != nullptr && key_length > 0 && key_length <= 400);
+}
+
+DbmScope::~DbmScope() {
+    All().calls.push_back(call_);
+}
+
+DbmScope& DbmScope::Index(int64_t index) {
+    call_.index = index;
+    return *this;
+}
+DbmScope& DbmScope::Value(uint32_t length, const void* value) {
+    call_.value_length = length;
+    if (value != nullptr) call_.value.assign(static_cast<const char*>(value), length);
+    return *this;
+}
+DbmScope& DbmScope::Type(uint32_t value_type) {
+    call_.value_type = value_type;
+    return *this;
+}
+Record* DbmScope::Find() const {
+    if (table_ == nullptr) return nullptr;
+    const auto found = table_->find(call_.key);
+    return found == table_->end() ? nullptr : &found->second;
+}
+Record* DbmScope::Find(uint32_t kind) const {
+    Record* record = Find();
+    return record != nullptr && record->kind == kind ? record : nullptr;
+}
+Record& DbmScope::Create() const {
+    return (*table_)[call_.key];
+}
+
+std::optional<SortKey> KeyFrom(const Record& list, const void* sort_key) {
+    const uint32_t length = list.attributes[DBM_ATTR_KEY_LENGTH];
+    const auto* bytes = static_cast<const char*>(sort_key);
+    if (list.attributes[DBM_ATTR_KEY_KIND] == DBM_KEY_KIND_TEXT) {
+        return SortKey{0, std::string(bytes, strnlen(bytes, length))};
+    }
+    if (length > 8) return SortKey{0, std::string(bytes, length)};
+    uint64_t number = 0;  // host order, unsigned
+    for (uint32_t i = 0; i < length; ++i) {
+        number |= uint64_t{static_cast<uint8_t>(bytes[i])} << (8 * i);
+    }
+    return SortKey{number, ""};
+}
+
+std::optional<SortKey> KeyOf(const Record& list, uint32_t length, const void* entry) {
+    const uint64_t offset = list.attributes[DBM_ATTR_KEY_OFFSET];
+    if (entry == nullptr || offset + list.attributes[DBM_ATTR_KEY_LENGTH] > length) return {};
+    return KeyFrom(list, static_cast<const char*>(entry) + offset);
+}
+
+int32_t CopyOut(const std::string& value, uint32_t size, void* buffer) {
+    if (size == 0) return 0;
+    if (buffer == nullptr) return -1;
+    const size_t copied = std::min<size_t>(value.size(), size);
+    std::memcpy(buffer, value.data(), copied);
+    return static_cast<int32_t>(copied);
+}
+
+std::vector<DbmCall> DbmCalls() {
+    Inside inside;
+    return All().calls;
+}
+std::vector<DbmCall> DbmCalls(const std::string& call) {
+    Inside inside;
+    std::vector<DbmCall> found;
+    for (const DbmCall& one : All().calls) {
+        if (one.call == call) found.push_back(one);
+    }
+    return found;
+}
+void ClearDbmCalls() {
+    Inside inside;
+    All().calls.clear();
+}
+void DropDatabases() {
+    Inside inside;
+    All().by_name.clear();
+    All().handles.clear();
+    ScopeEnded().notify_all();
+}
+int OpenDatabaseHandles() {
+    Inside inside;
+    return static_cast<int>(All().handles.size());
+}
+void ResetDatabases() {
+    DropDatabases();
+    All().calls.clear();
+}
+
+}  // namespace fake
+
+using fake::All;
+using fake::kFailed;
+
+extern "C" uint32_t DBM_SetRoot(const char*, const char*) {
+    return 0;
+}
+
+extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t mode,
+                             const DBM_OPEN_ATTR* attr, DBM_HANDLE* handle) {
+    const bool told_to_fail = fake::Hit(fake::Event::kDbm);
+    fake::Inside inside;
+    fake::DbmCall call{"DBM_Open", "", 0, mode, 0, "", 0, kFailed};
+    if (attr != nullptr) {
+        call.value.assign(reinterpret_cast<const char*>(attr), sizeof *attr);
+        call.value_length = sizeof *attr;
+    }
+    if (!told_to_fail && database != nullptr && table != nullptr && attr != nullptr &&
+        handle != nullptr) {
+        call.key = std::string(database) + "/" + table;
+        call.key_length = static_cast<uint32_t>(call.key.size());
+        const bool exists = All().by_name.count(call.key) != 0;
+        if (mode == DBM_MODE_CREATE || (mode == DBM_MODE_OPEN && exists)) {
+            All().by_name[call.key];
+            *handle = All().next++;
+            All().handles[*handle].name = call.key;
+            call.result = 0;
+        }
+    }
+    All().calls.push_back(call);
+    return static_cast<uint32_t>(call.result);
+}
+
+extern "C" uint32_t DBM_Close(DBM_HANDLE handle) {
+    fake::Inside inside;
+    const uint32_t result = All().handles.erase(handle) != 0 ? 0 : kFailed;
+    if (result != 0) fake::NoteMisuse("DBM_Close of a handle that is not open");
+    All().calls.push_back({"DBM_Close", "", 0, handle, 0, "", 0, result});
+    return result;
+}

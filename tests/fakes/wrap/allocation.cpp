@@ -1,0 +1,86 @@
+// The allocation calls of the whole test program, turned here by the linker's --wrap, and the
+// operators new that return null on failure.
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "fakes/state.h"
+
+extern "C" {
+void* __real_malloc(size_t size);
+void* __real_calloc(size_t count, size_t size);
+void* __real_realloc(void* block, size_t size);
+void* __wrap_malloc(size_t size);
+void* __wrap_calloc(size_t count, size_t size);
+void* __wrap_realloc(void* block, size_t size);
+char* __wrap_strdup(const char* text);
+char* __wrap_strndup(const char* text, size_t most);
+}
+
+namespace {
+bool Refused() {
+    if (!fake::Hit(fake::Event::kAllocation)) return false;
+    errno = ENOMEM;
+    return true;
+}
+}  // namespace
+
+void* __wrap_malloc(size_t size) {
+    return Refused() ? nullptr : __real_malloc(size);
+}
+
+void* __wrap_calloc(size_t count, size_t size) {
+    return Refused() ? nullptr : __real_calloc(count, size);
+}
+
+void* __wrap_realloc(void* block, size_t size) {
+    return Refused() ? nullptr : __real_realloc(block, size);
+}
+
+char* __wrap_strndup(const char* text, size_t most) {
+    if (Refused()) return nullptr;
+    const size_t length = strnlen(text, most);
+    auto* copy = static_cast<char*>(__real_malloc(length + 1));
+    if (copy == nullptr) return nullptr;
+    std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
+char* __wrap_strdup(const char* text) {
+    return __wrap_strndup(text, std::strlen(text));
+}
+
+// Throwing new belongs to the tests and to the test framework: it neither counts nor fails.
+void* operator new(size_t size) {
+    if (void* block = __real_malloc(size == 0 ? 1 : size)) return block;
+    std::abort();
+}
+void* operator new[](size_t size) {
+    return operator new(size);
+}
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+    return Refused() ? nullptr : __real_malloc(size == 0 ? 1 : size);
+}
+void* operator new[](size_t size, const std::nothrow_t&) noexcept {
+    return Refused() ? nullptr : __real_malloc(size == 0 ? 1 : size);
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, size_t) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block, size_t) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    std::free(block);
+}

@@ -1,0 +1,85 @@
+#include "codec/author_attr.h"
+
+#include <aaadom/codes.h>
+
+#include "codec/field_table.h"
+
+namespace aaadom {
+namespace {
+
+// The kind-18 text runs over its 32 bytes into the byte that follows them.
+constexpr uint16_t kKind18Size = 33;
+static_assert(offsetof(AuthorAttr, kind18_byte) ==
+              offsetof(AuthorAttr, kind18_text) + kKind18Size - 1);
+// The first four words of kind 3 travel as one block.
+constexpr uint16_t kKind3BlockSize = 16;
+constexpr size_t kKind3Word5 = offsetof(AuthorAttr, kind3_words) + kKind3BlockSize;
+
+constexpr size_t Rate(size_t index) {
+    return offsetof(AuthorAttr, kind21_rates) + index * sizeof(uint32_t);
+}
+
+#define AT(member) offsetof(AuthorAttr, member)
+#define TEXT_AT(member) offsetof(AuthorAttr, member), sizeof(AuthorAttr::member)
+using enum FieldKind;
+constexpr Field kAttributeFieldList[] = {
+    {DOM_TLV_ATTR_K0_WORD1, kWord, AT(kind0_word1)},
+    {DOM_TLV_ATTR_K0_WORD2, kWord, AT(kind0_word2)},
+    {DOM_TLV_ATTR_K0_WORD3, kWord, AT(kind0_word3)},
+    {DOM_TLV_ATTR_K1_TEXT, kText, TEXT_AT(kind1_text)},
+    {DOM_TLV_ATTR_K2_TEXT, kText, TEXT_AT(kind2_text)},
+    {DOM_TLV_ATTR_K3_BLOCK, kBlock, AT(kind3_words), kKind3BlockSize},
+    {DOM_TLV_ATTR_K3_WORD5, kWord, kKind3Word5},
+    {DOM_TLV_ATTR_K4_TEXT, kText, TEXT_AT(kind4_text)},
+    {DOM_TLV_ATTR_K5_ADDR, kBlock, TEXT_AT(kind5_addr)},
+    {DOM_TLV_ATTR_K6_ADDR, kBlock, TEXT_AT(kind6_addr)},
+    {DOM_TLV_ATTR_K16_ADDR, kBlock, TEXT_AT(kind16_addr)},
+    {DOM_TLV_ATTR_K17_ADDR, kBlock, TEXT_AT(kind17_addr)},
+    {DOM_TLV_ATTR_K7_TEXT, kText, TEXT_AT(kind7_text)},
+    {DOM_TLV_ATTR_K8_TEXT, kText, TEXT_AT(kind8_text)},
+    {DOM_TLV_ATTR_K9_WORD, kWord, AT(kind9_word)},
+    {DOM_TLV_ATTR_K10_WORD, kWord, AT(kind10_word)},
+    {DOM_TLV_ATTR_K11_WORD, kWord, AT(kind11_word)},
+    {DOM_TLV_ATTR_ITA_POLICY, kTextLowerCase, TEXT_AT(ita_policy_name)},
+    {DOM_TLV_ATTR_K13_WORD, kWord, AT(kind13_word)},
+    {DOM_TLV_ATTR_K14_WORD1, kWord, AT(kind14_word1)},
+    {DOM_TLV_ATTR_K14_WORD2, kWord, AT(kind14_word2)},
+    {DOM_TLV_ATTR_K15_WORD, kWord, AT(kind15_word)},
+    {DOM_TLV_ATTR_K18_TEXT, kText, AT(kind18_text), kKind18Size},
+    {DOM_TLV_ATTR_K19_WORD, kWord, AT(kind19_word)},
+    {DOM_TLV_ATTR_K20_TEXT, kText, TEXT_AT(kind20_text)},
+    {DOM_TLV_ATTR_RATE1_X1024, kRateScaled, Rate(0)},
+    {DOM_TLV_ATTR_RATE2_X1024, kRateScaled, Rate(1)},
+    {DOM_TLV_ATTR_RATE3_X1024, kRateScaled, Rate(2)},
+    {DOM_TLV_ATTR_RATE4_X1024, kRateScaled, Rate(3)},
+    {DOM_TLV_ATTR_RATE1, kRate, Rate(0)},
+    {DOM_TLV_ATTR_RATE2, kRate, Rate(1)},
+    {DOM_TLV_ATTR_RATE3, kRate, Rate(2)},
+    {DOM_TLV_ATTR_RATE4, kRate, Rate(3)},
+    {DOM_TLV_ATTR_K23_WORD, kWord, AT(kind23_word)},
+    {DOM_TLV_ATTR_K22_TEXT, kText, TEXT_AT(kind22_text)},
+    {DOM_TLV_ATTR_K24_WORD, kWord, AT(kind24_word)},
+    {DOM_TLV_AUTHOR_PROFILE_NAME, kText, TEXT_AT(author_profile_name)},
+    {DOM_TLV_ATTR_K26_SELECTED, kTextSelected, TEXT_AT(kind26_text), AT(kind26_selector)},
+    {DOM_TLV_ATTR_K26_OTHER, kTextOther, TEXT_AT(kind26_text), AT(kind26_selector)},
+};
+#undef TEXT_AT
+#undef AT
+constexpr FieldTable kAttributeFields(kAttributeFieldList);
+
+}  // namespace
+
+TlvPtr EncodeAttributes(const AuthorAttr& attributes) noexcept {
+    TlvPtr sub(TLV_Create());
+    if (!sub) return sub;
+    Appender append(sub.get());
+    AppendFields(append, &attributes, kAttributeFields);
+    if (append.Failed()) sub.reset();
+    return sub;
+}
+
+uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept {
+    return ReadFields(sub, &attributes, kAttributeFields);
+}
+
+}  // namespace aaadom

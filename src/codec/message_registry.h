@@ -1,0 +1,22 @@
+// The codes whose messages are built and read by the method, domain and settings codecs. The golden
+// test has a file for each.
+#pragma once
+
+#include <aaadom/codes.h>
+
+namespace aaadom {
+
+inline constexpr DomMsgCode kDomainMessageCodes[] = {
+    DOM_MSG_DOMAIN,           DOM_MSG_DEFAULT_DOMAIN,     DOM_MSG_DOMAIN_COUNT,
+    DOM_MSG_DOMAIN_NAME,      DOM_MSG_METHOD_LIST,        DOM_MSG_STATE,
+    DOM_MSG_SESSION_LIMIT,    DOM_MSG_SESSION_COUNT,      DOM_MSG_ALL_SESSION_LIMIT,
+    DOM_MSG_AUTHOR_ATTR,      DOM_MSG_DOMAIN_NAME_LEN,    DOM_MSG_SCHEME_INDEX,
+    DOM_MSG_DOMAIN_ROW,       DOM_MSG_SCHEME_ROW,         DOM_MSG_UNKNOWN_DOMAIN,
+    DOM_MSG_SESSION_TIME,     DOM_MSG_DEVICE_ID,          DOM_MSG_USER_ADDR_TYPE,
+    DOM_MSG_GLOBAL_DOMAIN,    DOM_MSG_ACCT_DUAL_STACK,    DOM_MSG_REDIRECT,
+    DOM_MSG_AUTH_FAIL_DOMAIN, DOM_MSG_PERMIT_DOMAIN,      DOM_MSG_ESCAPE_RECOVER,
+    DOM_MSG_DEBUG_FLAG,       DOM_MSG_AAA_AUTHOR_PROFILE, DOM_MSG_AAA_AUTHOR_PROFILE_NUM,
+    DOM_MSG_DOMAIN_NAME_INFO,
+};
+
+}  // namespace aaadom

@@ -1,0 +1,32 @@
+// What the benchmarks run on: a filled table in this process, and a real daemon beside it.
+#pragma once
+
+#include <aaadom/aaadom.h>
+
+#include <string>
+
+namespace bench {
+
+inline constexpr int kDomains = 1024;
+
+/// Fills this process's table once with 1024 domains; three of them have every setting.
+void FillTable();
+/// Name of the n-th domain.
+std::string NameOf(int n);
+/// A domain with three lists of three methods and every attribute set.
+extern const char* const kFullDomain;
+
+/// A daemon on a temporary directory; ends with the process.
+class Daemon {
+  public:
+    static Daemon& Running();
+    const std::string& Directory() const { return directory_; }
+    ~Daemon();
+
+  private:
+    Daemon();
+    std::string directory_;
+    int pid_ = -1;
+};
+
+}  // namespace bench

@@ -1,0 +1,32 @@
+#include "db/save.h"
+
+#include <aaadom/codes.h>
+#include <aaadom/db_layout.h>
+#include <aaadom/results.h>
+
+namespace aaadom {
+namespace {
+
+struct SavedType {
+    uint32_t object_type;
+    SaveObject save;
+};
+
+/// Every object type that has a saved form. A type that is not here is refused.
+constexpr SavedType kSavedTypes[] = {
+    {DOM_DB_DOMAIN, SaveDomain},
+    {DOM_DB_DEFAULT_DOMAIN, SaveDefaultDomain},
+    {DOM_DB_SESSION_LIMIT, SaveSessionLimits},
+    {DOM_DB_UNKNOWN_DOMAIN, SaveUnknownDomain},
+    {DOM_DB_DEVICE_ID, SaveDeviceId},
+};
+
+}  // namespace
+
+uint32_t SaveChange(const DomDbUpdateReq& request) noexcept {
+    for (const SavedType& type : kSavedTypes)
+        if (type.object_type == request.object_type) return type.save(request);
+    return DOM_ERR_FAILED;
+}
+
+}  // namespace aaadom

@@ -2,18 +2,32 @@
  *
  * Each function runs in the caller's process, touches no table, takes no lock and may be called by
  * any thread. It encodes one request, sends it over the channel of channel.h (which blocks) and
- * destroys what it made. Unless the function says otherwise: op      the operation sent:
- * DOM_OP_SET, DOM_OP_DELETE, DOM_OP_GET ...; passed through unchanged. texts   borrowed; null makes
- * the request unencodable. result  receives the result TLV of the reply, 1 when it has none;
- * untouched when no reply came. May be null. return  DOM_ERR_FAILED when the request could not be
- * encoded, else by the kind of request: judged         0 for result 0; DOM_ERR_FAILED for any other
- * result and without a reply. reported       0 when a reply came, also a refusal, which stands in
- * *result; DOM_ERR_FAILED when none came. result only    0 always, with or without a reply: preset
- * *result and look at it alone. blind          0 always; nothing tells what became of it. plain
- * read     what the reply's decoder returns, 0 or DOM_ERR_FAILED; DOM_ERR_FAILED without a reply. A
- * refusal reads as a reply without the data asked for. refusable read as a plain read, but a
- * refusal (reply kind 4) stores its result in *result and returns 0 with the other outputs
- * untouched.
+ * destroys what it made. Unless a function says otherwise:
+ *
+ * - op: the operation that is sent, DOM_OP_SET, DOM_OP_DELETE, DOM_OP_GET ..., passed unchanged.
+ *
+ * - texts are borrowed; a null text makes the request unencodable.
+ *
+ * - result receives the result TLV of the reply, 1 when it has none; untouched when no reply came.
+ *   May be null.
+ *
+ * The return value is DOM_ERR_FAILED when the request could not be encoded, else it depends on the
+ * kind of request:
+ *
+ * - judged: 0 for result 0; DOM_ERR_FAILED for any other result and without a reply.
+ *
+ * - reported: 0 when a reply came, also for a refusal, which stands in *result; DOM_ERR_FAILED when
+ *   none came.
+ *
+ * - result only: always 0, with or without a reply. Preset *result and look at it alone.
+ *
+ * - blind: always 0; nothing tells what became of the request.
+ *
+ * - plain read: what the reply's decoder returns, 0 or DOM_ERR_FAILED; DOM_ERR_FAILED without a
+ *   reply. A refusal reads as a reply without the data asked for.
+ *
+ * - refusable read: as a plain read, but a refusal (reply kind 4) stores its result in *result and
+ *   returns 0 with the other outputs untouched.
  */
 #ifndef AAADOM_MANAGEMENT_H
 #define AAADOM_MANAGEMENT_H

@@ -24,10 +24,37 @@ extern "C" {
 /** For the daemon's own use; the library never reads it. */
 extern uint16_t g_bAaaDebugSwitch;
 
-void AAA_DebugEvent(const char* format, ...) AAA_PRINTF(1, 2);
-void AAA_DebugError(const char* format, ...) AAA_PRINTF(1, 2);
-void AAA_TracePrint(const char* format, ...) AAA_PRINTF(1, 2);
-void AAA_PrintLogInfo(uint32_t priority, const char* label, const char* format, ...)
+/**
+ * Writes an event to the system log, labelled "EVENT", with AAA_LOG_PRIORITY, when the debug flag
+ * word has AAA_DBG_EVENT_BIT.
+ * @param format  printf format of what follows; null writes nothing.
+ * @thread any; holds the debug word's read lock while it looks at it, none while it writes.
+ */
+void AAA_DebugEvent(const char* format, ...) AAADOM_NOEXCEPT AAA_PRINTF(1, 2);
+
+/**
+ * Writes an error to the system log, labelled "ERROR", with AAA_LOG_PRIORITY, when the debug flag
+ * word has AAA_DBG_ERROR_BIT.
+ * @param format  printf format of what follows; null writes nothing.
+ * @thread any; holds the debug word's read lock while it looks at it, none while it writes.
+ */
+void AAA_DebugError(const char* format, ...) AAADOM_NOEXCEPT AAA_PRINTF(1, 2);
+
+/**
+ * Writes to the system log, labelled "TRACE", with AAA_LOG_PRIORITY, whatever the debug flags are.
+ * @param format  printf format of what follows; null writes nothing.
+ * @thread any; takes no lock.
+ */
+void AAA_TracePrint(const char* format, ...) AAADOM_NOEXCEPT AAA_PRINTF(1, 2);
+
+/**
+ * Writes to the system log whatever the debug flags are.
+ * @param priority  passed through unchanged.
+ * @param label     passed through unchanged; null is the empty label.
+ * @param format    printf format of what follows; null writes nothing.
+ * @thread any; takes no lock.
+ */
+void AAA_PrintLogInfo(uint32_t priority, const char* label, const char* format, ...) AAADOM_NOEXCEPT
     AAA_PRINTF(3, 4);
 
 #pragma GCC visibility pop

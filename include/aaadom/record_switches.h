@@ -9,12 +9,47 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-void DOM_SetUserRecordEnableDefault(uint32_t value);
-uint32_t DOM_GetUserRecordEnableDefault(void);
-void DOM_SetUserRecordBackupMethodDefault(uint32_t value);
-uint32_t DOM_GetUserRecordBackupMethodDefault(void);
-uint32_t DOM_InitRecordBackupInfo(void);
-uint32_t DOM_FiniRecordBackupInfo(void);
+/**
+ * Sets what the record switches of both roles start as: all 1 when the value is 1, else all 0.
+ * @param value  stored as given; 0 at load.
+ * @thread before the tables are initialised; takes no lock.
+ */
+void DOM_SetUserRecordEnableDefault(uint32_t value) AAADOM_NOEXCEPT;
+
+/**
+ * Reads the default as it was given.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetUserRecordEnableDefault(void) AAADOM_NOEXCEPT;
+
+/**
+ * Sets what the backup flags of both roles start as.
+ * @param value  bits 0, 1, 2: online failure, abnormal offline, normal offline; above 7 is stored
+ * as 0.
+ * @thread before the tables are initialised; takes no lock.
+ */
+void DOM_SetUserRecordBackupMethodDefault(uint32_t value) AAADOM_NOEXCEPT;
+
+/**
+ * Reads the default; 0 at load.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetUserRecordBackupMethodDefault(void) AAADOM_NOEXCEPT;
+
+/**
+ * Makes the calling role's backup lock and sets its flags from the default. Part of
+ * DOM_DomainInfoTableInit.
+ * @return 0; DOM_ERR_FAILED when the lock cannot be made, the flags stay then.
+ * @thread while no other thread of the role uses the flags.
+ */
+uint32_t DOM_InitRecordBackupInfo(void) AAADOM_NOEXCEPT;
+
+/**
+ * Destroys the calling role's backup lock and clears its flags. Part of DOM_DomainInfoTableFini.
+ * @return the result of pthread_rwlock_destroy.
+ * @thread while no other thread of the role uses the flags.
+ */
+uint32_t DOM_FiniRecordBackupInfo(void) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -2,6 +2,13 @@
 #ifndef AAADOM_RESULTS_H
 #define AAADOM_RESULTS_H
 
+/* no exported function lets an exception out */
+#ifdef __cplusplus
+#define AAADOM_NOEXCEPT noexcept
+#else
+#define AAADOM_NOEXCEPT
+#endif
+
 #define DOM_OK 0u
 #define DOM_ERR_FAILED 0x40010001u    /* generic failure */
 #define DOM_ERR_NOT_FOUND 0x40010005u /* no such row, policy or stored object */

@@ -9,15 +9,75 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-uint32_t DOM_GetSessionTime(const char* domain);
-uint32_t DOM_SetSessionTime(const char* domain, uint16_t session_time);
-void DOM_GetAllSessionLimit(SessionLimits* limits_out);
-void DOM_SetAllSessionLimit(const SessionLimits* limits);
-void DOM_SetSessionLimit(uint32_t session_class, uint32_t limit);
-uint32_t DOM_GetSessionCount(uint32_t session_class);
-void DOM_SetSessionCount(uint32_t session_class, uint32_t value);
-uint32_t DOM_SessionIncrease(uint32_t session_class);
-uint32_t DOM_SessionDecrease(uint32_t session_class);
+/**
+ * Reads a domain's session time.
+ * @param domain  name, found ignoring case in the calling role's table; null is unknown.
+ * @return the 16-bit time; 0 for an unknown domain.
+ * @thread any; takes and releases the calling role's table mutex, the caller holds none.
+ */
+uint32_t DOM_GetSessionTime(const char* domain) AAADOM_NOEXCEPT;
+
+/**
+ * Sets a domain's session time.
+ * @param domain  name, found ignoring case in the calling role's table; null is unknown.
+ * @param session_time  stored as given; a new domain has 0.
+ * @return 0; DOM_ERR_FAILED for an unknown domain.
+ * @thread any; takes and releases the calling role's table mutex, the caller holds none.
+ */
+uint32_t DOM_SetSessionTime(const char* domain, uint16_t session_time) AAADOM_NOEXCEPT;
+
+/**
+ * Copies the calling role's five limits.
+ * @param limits_out  null is ignored.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+void DOM_GetAllSessionLimit(SessionLimits* limits_out) AAADOM_NOEXCEPT;
+
+/**
+ * Sets the calling role's five limits.
+ * @param limits  borrowed; null changes nothing.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+void DOM_SetAllSessionLimit(const SessionLimits* limits) AAADOM_NOEXCEPT;
+
+/**
+ * Sets one limit of the calling role. DOM_SessionIncrease tests the working role's.
+ * @param session_class  19, 21, 22, 23; every other value acts as class 20.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+void DOM_SetSessionLimit(uint32_t session_class, uint32_t limit) AAADOM_NOEXCEPT;
+
+/**
+ * Reads a counter; the five counters are one set for the process.
+ * @param session_class  19, 21, 22, 23; every other value acts as class 20.
+ * @return the number of sessions.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+uint32_t DOM_GetSessionCount(uint32_t session_class) AAADOM_NOEXCEPT;
+
+/**
+ * Sets a counter.
+ * @param session_class  19, 21, 22, 23; every other value acts as class 20.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+void DOM_SetSessionCount(uint32_t session_class, uint32_t value) AAADOM_NOEXCEPT;
+
+/**
+ * Counts a session that comes up, unless its class is at the working role's limit, whatever role
+ * calls.
+ * @param session_class  19, 21, 22, 23; every other value acts as class 20.
+ * @return 0; DOM_ERR_FAILED when the counter is not below the limit, and it stays.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+uint32_t DOM_SessionIncrease(uint32_t session_class) AAADOM_NOEXCEPT;
+
+/**
+ * Counts a session that goes down.
+ * @param session_class  19, 21, 22, 23; every other value acts as class 20.
+ * @return 0; DOM_ERR_FAILED when the counter is 0, and it stays.
+ * @thread any; takes no lock: callers serialise the calls on limits and counters.
+ */
+uint32_t DOM_SessionDecrease(uint32_t session_class) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

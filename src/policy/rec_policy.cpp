@@ -1,0 +1,60 @@
+#include "policy/rec_policy.h"
+
+#include <aaadom/policy.h>
+#include <aaadom/results.h>
+
+#include <cstdlib>
+
+pthread_mutex_t g_stRecPolicyTypeMutexLock = PTHREAD_MUTEX_INITIALIZER;
+
+namespace aaadom {
+namespace {
+
+constinit RecPolicy* slots[2] = {};
+
+/// The exported mutex, held for a scope.
+class PolicyLock {
+  public:
+    PolicyLock() noexcept { (void)pthread_mutex_lock(&g_stRecPolicyTypeMutexLock); }
+    ~PolicyLock() { (void)pthread_mutex_unlock(&g_stRecPolicyTypeMutexLock); }
+    PolicyLock(const PolicyLock&) = delete;
+    PolicyLock& operator=(const PolicyLock&) = delete;
+};
+
+void Destroy(RecPolicy*& slot) noexcept {
+    free(slot);
+    slot = nullptr;
+}
+
+}  // namespace
+
+RecPolicy*& RecPolicySlot(Role role, uint32_t type) noexcept {
+    return slots[role == Role::kConfig ? type : type + 1];
+}
+
+uint32_t InitRecPolicies(Role role) noexcept {
+    RecPolicy*& slot = RecPolicySlot(role, kRecPolicyConnection);
+    if (role == Role::kConfig) {
+        slot = nullptr;
+        return DOM_OK;
+    }
+    int failed = pthread_mutex_init(&g_stRecPolicyTypeMutexLock, nullptr);
+    PolicyLock lock;
+    slot = nullptr;
+    return failed != 0 ? DOM_ERR_FAILED : DOM_OK;
+}
+
+void FiniRecPolicies(Role role) noexcept {
+    RecPolicy*& slot = RecPolicySlot(role, kRecPolicyConnection);
+    if (role == Role::kConfig) {
+        Destroy(slot);  // used by the configuration thread alone
+        return;
+    }
+    {
+        PolicyLock lock;
+        Destroy(slot);
+    }
+    (void)pthread_mutex_destroy(&g_stRecPolicyTypeMutexLock);
+}
+
+}  // namespace aaadom

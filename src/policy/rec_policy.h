@@ -1,0 +1,26 @@
+// The recording-policy store: one slot a role for each policy type, of which there is one.
+#pragma once
+
+#include <aaadom/types.h>
+
+#include <cstdint>
+
+#include "base/role.h"
+
+namespace aaadom {
+
+constexpr uint32_t kRecPolicyConnection = 0;  // the only policy type
+
+struct RecPolicy {
+    uint32_t policy_type;
+    MethodList acct_scheme;
+};
+
+/// Empties the role's slot without freeing what it held. DOM_ERR_FAILED when the mutex cannot be
+/// made; the slot is emptied all the same.
+uint32_t InitRecPolicies(Role role) noexcept;
+void FiniRecPolicies(Role role) noexcept;
+/// The slot of a policy type: `type` for the configuration role, the one after it for the other.
+RecPolicy*& RecPolicySlot(Role role, uint32_t type) noexcept;
+
+}  // namespace aaadom

@@ -158,16 +158,22 @@ extern "C" TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) {
 extern "C" void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
                                          uint32_t* length_out) {
     if (length_out != nullptr) *length_out = 0;
-    if (Hit(Event::kMessage) || length_out == nullptr) return nullptr;
+    if (Hit(Event::kMessage)) return nullptr;
     if (steps == nullptr && step_count != 0) return nullptr;
     Quiet quiet;
     TLV_MSG* out = fake::NewMessage();
     bool failed = false;
     for (uint32_t s = 0; s < step_count && !failed; ++s) {
         const AAA_ENCAP_STEP& step = steps[s];
-        failed = step.count != 0 && (step.encap == nullptr || step.first == nullptr);
+        failed = step.count != 0 && step.first == nullptr;
         for (uint32_t i = 0; i < step.count && !failed; ++i) {
             const void* item = static_cast<const char*>(step.first) + size_t{i} * step.stride;
+            if (step.encap == nullptr) {
+                const auto* number = static_cast<const uint8_t*>(item);
+                fake::AddItem(out, step.type, std::string(number, number + 4));
+                std::reverse(out->items.back()->value.begin(), out->items.back()->value.end());
+                continue;
+            }
             TLV_MSG* sub = fake::NewMessage();
             {
                 fake::Outside outside;
@@ -182,7 +188,7 @@ extern "C" void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t s
     if (failed) return nullptr;
     void* buffer = std::malloc(image.size());
     std::memcpy(buffer, image.data(), image.size());
-    *length_out = static_cast<uint32_t>(image.size());
+    if (length_out != nullptr) *length_out = static_cast<uint32_t>(image.size());
     return buffer;
 }
 

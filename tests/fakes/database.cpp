@@ -7,9 +7,10 @@ namespace fake {
 namespace {
 
 struct Databases {
-    std::map<std::string, Database> by_name;  // "database/table"
+    std::map<std::string, Database> by_name;  // "durable/NAME" and "run-time/NAME"
     std::map<DBM_HANDLE, Handle> handles;
     DBM_HANDLE next = 1000;
+    uint64_t last_token = 0;
     std::vector<DbmCall> calls;
 };
 Databases& All() {
@@ -17,7 +18,52 @@ Databases& All() {
     return *all;
 }
 
+bool IsName(const char* name) {
+    if (name == nullptr) return false;
+    const std::string text = name;
+    return !text.empty() && text.size() <= 64 && text[0] != '.' &&
+           text.find_first_of("/:") == std::string::npos;
+}
+
+/// Where a database lies that is opened this way; empty when nowhere.
+std::string Locate(const char* database, uint32_t mode, const DBM_OPEN_ATTR* attr) {
+    const std::string durable = std::string("durable/") + database;
+    const std::string run_time = std::string("run-time/") + database;
+    if (mode == DBM_MODE_CREATE)
+        return attr != nullptr && attr->persistent == 1 ? durable : run_time;
+    if (mode != DBM_MODE_OPEN) return "";
+    if (All().by_name.count(durable) != 0) return durable;
+    return All().by_name.count(run_time) != 0 ? run_time : "";
+}
+
 }  // namespace
+
+bool Database::IsUser() const {
+    if (depth == 0) return false;
+    const auto self = std::this_thread::get_id();
+    return lending == kNotLent ? owner == self : lending == kBorrowed && borrower == self;
+}
+bool Database::IsLender() const {
+    return depth > 0 && lending != kNotLent && owner == std::this_thread::get_id();
+}
+void Database::EndScope() {
+    committed.reset();
+    depth = 0;
+    failed = false;
+    lending = kNotLent;
+    ScopeEnded().notify_all();
+}
+Database* FindLent(uint64_t token) {
+    for (auto& [name, database] : All().by_name) {
+        if (token != 0 && database.lending != Database::kNotLent && database.token == token) {
+            return &database;
+        }
+    }
+    return nullptr;
+}
+uint64_t NewToken() {
+    return ++All().last_token;
+}
 
 std::condition_variable_any& ScopeEnded() {
     static auto* ended = new std::condition_variable_any;
@@ -31,7 +77,7 @@ Handle* FindHandle(DBM_HANDLE handle) {
 
 Database* FindDatabase(DBM_HANDLE handle) {
     const Handle* open = FindHandle(handle);
-    return open == nullptr ? nullptr : &All().by_name[open->name];
+    return open == nullptr ? nullptr : &All().by_name[open->database];
 }
 
 DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const void* key,
@@ -40,17 +86,18 @@ DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const voi
     call_ = {call, "", key_length, -1, 0, "", 0, 0};
     if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
     Database* database = FindDatabase(handle);
-    if (told_to_fail_ || database == nullptr) return;
-    const bool mine = database->depth == 0 || database->owner == std::this_thread::get_id();
-    if (access == kWrite && !mine) {
-        // another thread's scope: its writes come first
+    if (told_to_fail_ || database == nullptr || database->IsLender()) return;
+    const bool others_scope = database->depth > 0 && !database->IsUser();
+    if (access == kWrite && others_scope) {  // another thread's writes come first
         ScopeEnded().wait(lock_, [&] {
             database = FindDatabase(handle);
             return database == nullptr || database->depth == 0;
         });
         if (database == nullptr) return;
     }
-    table_ = access == kRead && !mine ? &*database->committed : &database->live;
+    const std::string& table = FindHandle(handle)->table;
+    table_ =
+        access == kRead && others_scope ? &(*database->committed)[table] : &database->live[table];
     usable_ = access == kControl || (key != nullptr && key_length > 0 && key_length <= 400);
 }
 
@@ -82,6 +129,10 @@ Record* DbmScope::Find(uint32_t kind) const {
 }
 Record& DbmScope::Create() const {
     return (*table_)[call_.key];
+}
+
+bool IsList(const Record& record) {
+    return record.kind == DBM_KIND_SORTED || record.kind == DBM_KIND_AVL;
 }
 
 std::optional<SortKey> KeyFrom(const Record& list, const void* sort_key) {
@@ -161,15 +212,15 @@ extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t m
         call.value.assign(reinterpret_cast<const char*>(attr), sizeof *attr);
         call.value_length = sizeof *attr;
     }
-    if (!told_to_fail && database != nullptr && table != nullptr && attr != nullptr &&
-        handle != nullptr) {
+    if (!told_to_fail && fake::IsName(database) && fake::IsName(table) && handle != nullptr) {
         call.key = std::string(database) + "/" + table;
         call.key_length = static_cast<uint32_t>(call.key.size());
-        const bool exists = All().by_name.count(call.key) != 0;
-        if (mode == DBM_MODE_CREATE || (mode == DBM_MODE_OPEN && exists)) {
-            All().by_name[call.key];
+        const std::string where = fake::Locate(database, mode, attr);
+        if (!where.empty() &&
+            (mode == DBM_MODE_CREATE || All().by_name[where].live.count(table) != 0)) {
+            All().by_name[where].live[table];
             *handle = All().next++;
-            All().handles[*handle].name = call.key;
+            All().handles[*handle] = {where, table, {}};
             call.result = 0;
         }
     }
@@ -179,8 +230,24 @@ extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t m
 
 extern "C" uint32_t DBM_Close(DBM_HANDLE handle) {
     fake::Inside inside;
-    const uint32_t result = All().handles.erase(handle) != 0 ? 0 : kFailed;
-    if (result != 0) fake::NoteMisuse("DBM_Close of a handle that is not open");
+    uint32_t result = kFailed;
+    fake::Database* database = fake::FindDatabase(handle);
+    if (database == nullptr) {
+        fake::NoteMisuse("DBM_Close of a handle that is not open");
+    } else {
+        const std::string name = fake::FindHandle(handle)->database;
+        int open = 0;
+        for (const auto& [number, one] : All().handles) open += one.database == name;
+        const bool in_scope = open == 1 && database->depth > 0;
+        if (in_scope && database->IsUser() && database->lending == fake::Database::kNotLent) {
+            database->RollBack();
+            database->EndScope();
+        }
+        if (!in_scope || database->depth == 0) {
+            All().handles.erase(handle);
+            result = 0;
+        }
+    }
     All().calls.push_back({"DBM_Close", "", 0, handle, 0, "", 0, result});
     return result;
 }

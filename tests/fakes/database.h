@@ -22,22 +22,40 @@ struct Record {
     uint32_t kind = 0;
     uint32_t value_type = 0;
     uint32_t attributes[4] = {};
+    uint32_t entry_size = 0;  ///< of a sorted list: fixed by its first insert
     std::map<uint32_t, std::string> elements;
     std::string binary;
     std::map<SortKey, std::string> entries;
 };
 using Table = std::map<std::string, Record>;
 
+using Tables = std::map<std::string, Table>;
+
+/// A database with the transaction scope that may be open on it.
 struct Database {
-    Table live;
-    std::optional<Table> committed;  ///< the state before the open transaction scope
-    std::thread::id owner;           ///< of the scope
-    int depth = 0;
-    bool aborted = false;
+    enum Lending { kNotLent, kLent, kBorrowed };
+
+    Tables live;
+    std::optional<Tables> committed;  ///< the state before the open scope
+    int depth = 0;                    ///< levels of the open scope, 0 = none
+    bool failed = false;              ///< a level was aborted
+    std::thread::id owner;
+    Lending lending = kNotLent;
+    std::thread::id borrower;
+    uint64_t token = 0;
+    int depth_when_lent = 0;
+
+    /// Whether the calling thread may work in the open scope now.
+    bool IsUser() const;
+    /// Whether it has lent the scope, so that it may do nothing.
+    bool IsLender() const;
+    void RollBack() { live = *committed; }
+    void EndScope();
 };
 
 struct Handle {
-    std::string name;
+    std::string database;
+    std::string table;
     std::set<std::string> interned;  ///< key texts handed out, alive until DBM_Close
 };
 
@@ -79,7 +97,11 @@ class DbmScope {
 
 Handle* FindHandle(DBM_HANDLE handle);
 Database* FindDatabase(DBM_HANDLE handle);
+/// The database whose scope was lent with this token.
+Database* FindLent(uint64_t token);
+uint64_t NewToken();
 std::condition_variable_any& ScopeEnded();
+bool IsList(const Record& record);
 /// The sort key inside an entry, none when the entry is too short.
 std::optional<SortKey> KeyOf(const Record& list, uint32_t length, const void* entry);
 std::optional<SortKey> KeyFrom(const Record& list, const void* sort_key);

@@ -13,19 +13,35 @@ using fake::Record;
 struct DBM_CURSOR {
     DBM_HANDLE handle;
     std::string key;
-    std::optional<fake::SortKey> at;
+    enum { kBeforeFirst, kOnEntry, kBehindLast } position;
+    fake::SortKey at;
 };
 
 namespace {
 
 std::atomic<int> open_cursors{0};
 
+bool AreUsable(const uint32_t* attributes) {
+    if (attributes == nullptr) return false;
+    const uint32_t length = attributes[DBM_ATTR_KEY_LENGTH];
+    switch (attributes[DBM_ATTR_KEY_KIND]) {
+        case DBM_KEY_KIND_U16:
+            return length == 2;
+        case DBM_KEY_KIND_U64:
+            return length == 8;
+        case DBM_KEY_KIND_TEXT:
+            return length > 0 && length <= 400;
+        default:
+            return false;
+    }
+}
+
 uint32_t CreateList(const char* name, uint32_t kind, DBM_HANDLE handle, const void* key,
                     uint32_t key_len, const uint32_t attributes[4], uint32_t count,
                     uint32_t value_type) {
     DbmScope call(name, handle, DbmScope::kWrite, key, key_len);
     call.Index(count).Value(16, attributes).Type(value_type);
-    if (!call.Usable() || attributes == nullptr || call.Find() != nullptr) {
+    if (!call.Usable() || !AreUsable(attributes) || call.Find() != nullptr) {
         return call.Return(kFailed);
     }
     Record& record = call.Create();
@@ -36,13 +52,13 @@ uint32_t CreateList(const char* name, uint32_t kind, DBM_HANDLE handle, const vo
 }
 
 bool FitsSize(const Record& list, uint32_t size) {
-    return list.entries.empty() || list.entries.begin()->second.size() == size;
+    return size <= 65535 && (list.entry_size == 0 || list.entry_size == size);
 }
 
 const Record* ListOf(const DbmScope& call) {
     const Record* record = call.Usable() ? call.Find() : nullptr;
     if (record == nullptr) return nullptr;
-    return record->kind == DBM_KIND_SORTED || record->kind == DBM_KIND_AVL ? record : nullptr;
+    return fake::IsList(*record) ? record : nullptr;
 }
 
 enum class Move { kFirst, kNext, kLast, kPrevious, kSeek };
@@ -54,21 +70,36 @@ int32_t MoveCursor(const char* name, DBM_CURSOR* cursor, Move move, const void* 
                   static_cast<uint32_t>(cursor->key.size()));
     const Record* list = ListOf(call);
     if (list == nullptr || (move == Move::kSeek && sort_key == nullptr)) return call.Return(-1);
+    if (buf == nullptr && buf_size != 0) return call.Return(-1);
     const auto& entries = list->entries;
-    auto found = entries.end();
-    const bool from_start = !cursor->at.has_value();
-    if (move == Move::kFirst || (move == Move::kNext && from_start)) {
-        found = entries.begin();
-    } else if (move == Move::kNext) {
-        found = entries.upper_bound(*cursor->at);
-    } else if (move == Move::kSeek) {
-        found = entries.lower_bound(*fake::KeyFrom(*list, sort_key));
-    } else {
-        const auto end =
-            move == Move::kLast || from_start ? entries.end() : entries.lower_bound(*cursor->at);
-        if (end != entries.begin()) found = std::prev(end);
+    auto next = entries.end();      // for the forward steps
+    auto behind = entries.begin();  // for the backward steps: the entry behind the wanted one
+    switch (move) {
+        case Move::kFirst:
+            next = entries.begin();
+            break;
+        case Move::kNext:
+            if (cursor->position == DBM_CURSOR::kBeforeFirst) next = entries.begin();
+            if (cursor->position == DBM_CURSOR::kOnEntry) next = entries.upper_bound(cursor->at);
+            break;
+        case Move::kSeek:
+            next = entries.lower_bound(*fake::KeyFrom(*list, sort_key));
+            break;
+        case Move::kLast:
+            behind = entries.end();
+            break;
+        case Move::kPrevious:
+            if (cursor->position == DBM_CURSOR::kBehindLast) behind = entries.end();
+            if (cursor->position == DBM_CURSOR::kOnEntry) behind = entries.lower_bound(cursor->at);
+            break;
     }
-    if (found == entries.end()) return call.Return(0);
+    const bool backward = move == Move::kLast || move == Move::kPrevious;
+    if (backward ? behind == entries.begin() : next == entries.end()) {
+        cursor->position = backward ? DBM_CURSOR::kBeforeFirst : DBM_CURSOR::kBehindLast;
+        return call.Return(0);
+    }
+    const auto found = backward ? std::prev(behind) : next;
+    cursor->position = DBM_CURSOR::kOnEntry;
     cursor->at = found->first;
     return call.Return(fake::CopyOut(found->second, buf_size, buf));
 }
@@ -109,6 +140,8 @@ extern "C" uint32_t DBM_InsertSortList(DBM_HANDLE handle, const void* key, uint3
     const auto sort_key = fake::KeyOf(*list, entry_size, entry);
     if (!sort_key || !FitsSize(*list, entry_size)) return call.Return(kFailed);
     list->entries[*sort_key].assign(static_cast<const char*>(entry), entry_size);
+    list->entry_size = entry_size;
+    list->value_type = value_type;
     return call.Return(0u);
 }
 
@@ -166,7 +199,7 @@ extern "C" uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t 
     DbmScope call("DBM_CursorOpen", handle, DbmScope::kRead, key, key_len);
     if (cursor != nullptr) *cursor = nullptr;
     if (cursor == nullptr || ListOf(call) == nullptr) return call.Return(kFailed);
-    *cursor = new DBM_CURSOR{handle, call.key(), {}};
+    *cursor = new DBM_CURSOR{handle, call.key(), DBM_CURSOR::kBeforeFirst, {}};
     ++open_cursors;
     return call.Return(0u);
 }
@@ -196,6 +229,10 @@ extern "C" void DBM_CursorClose(DBM_CURSOR* cursor) {
 
 extern "C" uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len) {
     DbmScope call("DBM_GetEntryNum", handle, DbmScope::kRead, key, key_len);
-    const Record* list = ListOf(call);
-    return call.Return(list == nullptr ? 0u : static_cast<uint32_t>(list->entries.size()));
+    const Record* record = call.Usable() ? call.Find() : nullptr;
+    if (record == nullptr) return call.Return(0u);
+    if (record->kind == DBM_KIND_BINARY) return call.Return(1u);
+    const size_t count =
+        record->kind == DBM_KIND_ARRAY ? record->elements.size() : record->entries.size();
+    return call.Return(static_cast<uint32_t>(count));
 }

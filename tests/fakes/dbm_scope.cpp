@@ -1,4 +1,5 @@
-// Transaction scopes: a copy of the table, put back when the scope fails.
+// Transaction scopes: a copy of the tables, put back when the scope fails. A call that a switch
+// makes fail counts as refused, so it does not spoil the scope it was made in.
 #include <platform/dbm.h>
 
 #include "fakes/database.h"
@@ -9,20 +10,10 @@ using fake::kFailed;
 
 namespace {
 
-bool IsMine(const Database* database) {
-    return database != nullptr && database->depth > 0 &&
-           database->owner == std::this_thread::get_id();
-}
-
-void RollBack(Database& database) {
-    database.live = *database.committed;
-}
-
-void End(Database& database) {
-    database.committed.reset();
-    database.depth = 0;
-    database.aborted = false;
-    fake::ScopeEnded().notify_all();
+/// The outermost level is the owner's to end.
+bool MayEndLevel(const Database* database) {
+    return database != nullptr && database->IsUser() &&
+           (database->lending == Database::kNotLent || database->depth > database->depth_when_lent);
 }
 
 }  // namespace
@@ -34,7 +25,6 @@ extern "C" uint32_t DBM_Begin(DBM_HANDLE handle) {
     if (database->depth++ == 0) {
         database->owner = std::this_thread::get_id();
         database->committed = database->live;
-        database->aborted = false;
     }
     return call.Return(0u);
 }
@@ -42,12 +32,12 @@ extern "C" uint32_t DBM_Begin(DBM_HANDLE handle) {
 extern "C" uint32_t DBM_Commit(DBM_HANDLE handle) {
     DbmScope call("DBM_Commit", handle, DbmScope::kControl);
     Database* database = fake::FindDatabase(handle);
-    if (!IsMine(database)) return call.Return(kFailed);
-    if (!call.Usable()) database->aborted = true;
+    if (!MayEndLevel(database)) return call.Return(kFailed);
+    if (!call.Usable()) database->failed = true;
     if (--database->depth > 0) return call.Return(call.Usable() ? 0u : kFailed);
-    const bool failed = database->aborted;
-    if (failed) RollBack(*database);
-    End(*database);
+    const bool failed = database->failed;
+    if (failed) database->RollBack();
+    database->EndScope();
     return call.Return(failed ? kFailed : 0u);
 }
 
@@ -55,10 +45,60 @@ extern "C" uint32_t DBM_Abort(DBM_HANDLE handle) {
     fake::Quiet quiet;  // giving up cannot fail
     DbmScope call("DBM_Abort", handle, DbmScope::kControl);
     Database* database = fake::FindDatabase(handle);
-    if (!IsMine(database)) return call.Return(kFailed);
-    database->aborted = true;
+    if (!MayEndLevel(database)) return call.Return(kFailed);
+    database->failed = true;
     if (--database->depth > 0) return call.Return(0u);
-    RollBack(*database);
-    End(*database);
+    database->RollBack();
+    database->EndScope();
     return call.Return(0u);
+}
+
+extern "C" uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token) {
+    DbmScope call("DBM_LendScope", handle, DbmScope::kControl);
+    Database* database = fake::FindDatabase(handle);
+    if (!call.Usable() || token == nullptr || !database->IsUser() ||
+        database->lending != Database::kNotLent) {
+        return call.Return(kFailed);
+    }
+    database->lending = Database::kLent;
+    database->token = *token = fake::NewToken();
+    database->depth_when_lent = database->depth;
+    return call.Return(0u);
+}
+
+extern "C" uint32_t DBM_BorrowScope(uint64_t token) {
+    const bool told_to_fail = fake::Hit(fake::Event::kDbm);
+    fake::Inside inside;
+    Database* database = fake::FindLent(token);
+    if (told_to_fail || database == nullptr || database->lending != Database::kLent ||
+        database->owner == std::this_thread::get_id()) {
+        return kFailed;
+    }
+    database->lending = Database::kBorrowed;
+    database->borrower = std::this_thread::get_id();
+    return 0;
+}
+
+extern "C" uint32_t DBM_ReturnScope(uint64_t token) {
+    fake::Inside inside;
+    Database* database = fake::FindLent(token);
+    if (database == nullptr || database->lending != Database::kBorrowed || !database->IsUser()) {
+        return kFailed;
+    }
+    const bool levels_left = database->depth > database->depth_when_lent;
+    if (levels_left) database->failed = true;
+    database->depth = database->depth_when_lent;
+    database->lending = Database::kNotLent;
+    return levels_left ? kFailed : 0;
+}
+
+extern "C" uint32_t DBM_RecallScope(DBM_HANDLE handle) {
+    fake::Inside inside;
+    Database* database = fake::FindDatabase(handle);
+    if (database == nullptr || database->depth == 0 ||
+        database->owner != std::this_thread::get_id() || database->lending == Database::kBorrowed) {
+        return kFailed;
+    }
+    database->lending = Database::kNotLent;
+    return 0;
 }

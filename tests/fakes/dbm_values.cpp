@@ -1,6 +1,8 @@
 // Arrays, binaries, keys and the index by value type.
 #include <platform/dbm.h>
 
+#include <cstdint>
+
 #include "fakes/database.h"
 
 using fake::DbmScope;
@@ -30,7 +32,7 @@ extern "C" int32_t DBM_GetArray(DBM_HANDLE handle, const void* key, uint32_t key
                                 uint32_t index, uint32_t buf_size, void* buf) {
     DbmScope call("DBM_GetArray", handle, DbmScope::kRead, key, key_len);
     call.Index(index);
-    if (!call.Usable()) return call.Return(-1);
+    if (!call.Usable() || (buf == nullptr && buf_size != 0)) return call.Return(-1);
     const Record* record = call.Find();
     if (record == nullptr) return call.Return(0);
     if (record->kind != DBM_KIND_ARRAY) return call.Return(-1);
@@ -47,7 +49,7 @@ extern "C" int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uin
     if (record == nullptr) return call.Return(-1);
     const auto next = after < 0 ? record->elements.begin()
                                 : record->elements.upper_bound(static_cast<uint32_t>(after));
-    if (next == record->elements.end()) return call.Return(-1);
+    if (next == record->elements.end() || next->first > INT32_MAX) return call.Return(-1);
     return call.Return(static_cast<int32_t>(next->first));
 }
 
@@ -73,6 +75,7 @@ extern "C" int32_t DBM_GetBinary(DBM_HANDLE handle, const void* key, uint32_t ke
     DbmScope call("DBM_GetBinary", handle, DbmScope::kRead, key, key_len);
     call.Index(index);
     if (!call.Usable() || (index != -1 && index != 0)) return call.Return(-1);
+    if (buf == nullptr && buf_size != 0) return call.Return(-1);
     const Record* record = call.Find();
     if (record == nullptr) return call.Return(0);
     if (record->kind != DBM_KIND_BINARY) return call.Return(-1);
@@ -114,7 +117,7 @@ extern "C" uint32_t DBM_GetKeysByValueType(DBM_HANDLE handle, uint32_t count, ui
     DbmScope call("DBM_GetKeysByValueType", handle, DbmScope::kRead, "*", 1);
     call.Type(value_type).Index(count);
     if (iterator != nullptr) *iterator = nullptr;
-    if (!call.Usable() || slots == nullptr || iterator == nullptr) return call.Return(0u);
+    if (!call.Usable() || slots == nullptr) return call.Return(0u);
     uint32_t filled = 0;
     for (const auto& [key, record] : call.table()) {
         if (record.value_type != value_type || filled == count) continue;
@@ -125,7 +128,7 @@ extern "C" uint32_t DBM_GetKeysByValueType(DBM_HANDLE handle, uint32_t count, ui
         slots[filled++] = {interned->c_str(), static_cast<uint32_t>(key.size()), value_type,
                            record.kind,       static_cast<uint32_t>(length),     0};
     }
-    if (filled != 0) *iterator = new char;
+    if (filled != 0 && iterator != nullptr) *iterator = new char;
     return call.Return(filled);
 }
 

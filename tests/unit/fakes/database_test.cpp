@@ -89,7 +89,9 @@ TEST_F(FakeDatabase, SortedListsReplaceAndAvlListsRefuse) {
     EXPECT_EQ(12, DBM_CursorFirst(cursor, sizeof entry, entry)) << "2 comes before 256";
     EXPECT_EQ(14, DBM_CursorNext(cursor, sizeof entry, entry));
     EXPECT_EQ(0, DBM_CursorNext(cursor, sizeof entry, entry));
+    EXPECT_EQ(14, DBM_CursorPrev(cursor, sizeof entry, entry)) << "from behind the last";
     EXPECT_EQ(12, DBM_CursorPrev(cursor, sizeof entry, entry));
+    EXPECT_EQ(0, DBM_CursorPrev(cursor, sizeof entry, entry));
     DBM_CursorClose(cursor);
     EXPECT_EQ(0u, DBM_ClearAvlList(handle_, "a", 1));
     EXPECT_EQ(1u, DBM_IsKeyExist(handle_, "a", 1));
@@ -131,6 +133,54 @@ TEST_F(FakeDatabase, AScopeEndsWhollyOrNotAtAll) {
     EXPECT_EQ(kFailed, DBM_Commit(handle_)) << "an inner abort fails the whole scope";
     EXPECT_EQ(1, DBM_GetBinary(handle_, "k", 1, 0, 1, &mine));
     EXPECT_EQ('a', mine);
+}
+
+TEST_F(FakeDatabase, ALentScopeIsTheBorrowersUntilItIsReturned) {
+    uint64_t token = 0;
+    char value = 0;
+    EXPECT_EQ(kFailed, DBM_LendScope(handle_, &token)) << "no scope";
+    EXPECT_EQ(0u, DBM_Begin(handle_));
+    EXPECT_EQ(0u, DBM_LendScope(handle_, &token));
+    EXPECT_EQ(kFailed, DBM_SetBinary(handle_, "k", 1, -1, 1, "a", 2)) << "it is lent";
+    EXPECT_EQ(kFailed, DBM_BorrowScope(token)) << "by its owner";
+    std::thread([&] {
+        EXPECT_EQ(0u, DBM_BorrowScope(token));
+        EXPECT_EQ(0u, DBM_SetBinary(handle_, "k", 1, -1, 1, "b", 2));
+        EXPECT_EQ(kFailed, DBM_Commit(handle_)) << "the outermost level is the owner's";
+        EXPECT_EQ(0u, DBM_Begin(handle_));
+        EXPECT_EQ(0u, DBM_Commit(handle_));
+        EXPECT_EQ(0u, DBM_ReturnScope(token));
+        EXPECT_EQ(kFailed, DBM_ReturnScope(token));
+    }).join();
+    EXPECT_EQ(1, DBM_GetBinary(handle_, "k", 1, 0, 1, &value));
+    EXPECT_EQ(0u, DBM_LendScope(handle_, &token));
+    EXPECT_EQ(0u, DBM_RecallScope(handle_));
+    std::thread([&] { EXPECT_EQ(kFailed, DBM_BorrowScope(token)); }).join();
+    EXPECT_EQ(0u, DBM_Commit(handle_));
+    EXPECT_EQ(1, DBM_GetBinary(handle_, "k", 1, 0, 1, &value));
+    EXPECT_EQ('b', value);
+}
+
+TEST_F(FakeDatabase, LevelsThatABorrowerLeavesOpenFailTheScope) {
+    uint64_t token = 0;
+    EXPECT_EQ(0u, DBM_Begin(handle_));
+    EXPECT_EQ(0u, DBM_LendScope(handle_, &token));
+    std::thread([&] {
+        EXPECT_EQ(0u, DBM_BorrowScope(token));
+        EXPECT_EQ(0u, DBM_Begin(handle_));
+        EXPECT_EQ(kFailed, DBM_ReturnScope(token));
+    }).join();
+    EXPECT_EQ(0u, DBM_SetBinary(handle_, "k", 1, -1, 1, "a", 2));
+    EXPECT_EQ(kFailed, DBM_Commit(handle_));
+    EXPECT_EQ(0u, DBM_IsKeyExist(handle_, "k", 1));
+}
+
+TEST_F(FakeDatabase, DurableAndRunTimeDatabasesOfOneNameAreTwo) {
+    const DBM_OPEN_ATTR run_time{0, 0, 0, "1"};
+    DBM_HANDLE other = -1;
+    EXPECT_EQ(0u, DBM_Open("DOM_DB", "isp-domain", DBM_MODE_CREATE, &run_time, &other));
+    EXPECT_EQ(0u, DBM_SetBinary(other, "k", 1, -1, 1, "r", 2));
+    EXPECT_EQ(0u, DBM_IsKeyExist(handle_, "k", 1));
 }
 
 TEST_F(FakeDatabase, AFailedCallChangesNothingAndIsRecorded) {

@@ -17,7 +17,6 @@
 #include <vector>
 
 #include "base/message.h"
-#include "base/text.h"
 #include "codec/domain_record.h"
 #include "codec/message_registry.h"
 #include "codec/table_rows.h"
@@ -25,8 +24,13 @@
 
 namespace {
 
-using aaadom::CopyText;
 using aaadom::TlvPtr;
+
+template <size_t N>
+void CopyText(char (&field)[N], const std::string& text) {
+    ASSERT_LT(text.size(), N);
+    memcpy(field, text.c_str(), text.size() + 1);
+}
 
 const char* const kName = "isp-a.example";
 constexpr uint32_t kAnyValue = 0xDEADBEEF;

@@ -42,7 +42,7 @@ AuthorAttr DefaultAttributes() {
 
 class DomainRecord : public CodecTest {
   protected:
-    DomainRecord() : record_(DOM_CreateDomain()) { aaadom::CopyText(record_->name, "isp"); }
+    DomainRecord() : record_(DOM_CreateDomain()) { strcpy(record_->name, "isp"); }
     ~DomainRecord() override { record_.reset(); }
 
     TlvPtr Encoded() { return EncodeDomainRecord(*record_); }
@@ -454,7 +454,7 @@ TEST_F(Attributes, Kind18TextHas32CharactersAndEndsInTheByteBehind) {
 }
 
 TEST_F(Attributes, Kind26TextIsSentByItsSelector) {
-    aaadom::CopyText(attr.kind26_text, "portal");
+    strcpy(attr.kind26_text, "portal");
     for (const auto& [selector, type] :
          std::vector<std::pair<uint16_t, uint32_t>>{{1, DOM_TLV_ATTR_K26_SELECTED},
                                                     {0, DOM_TLV_ATTR_K26_OTHER},

@@ -503,6 +503,24 @@ INSTANTIATE_TEST_SUITE_P(Codes, MessageGolden, testing::Range<size_t>(0, Goldens
                              return std::string(Goldens()[info.param].file);
                          });
 
+// The two frames that docs/protocol.md shows byte by byte.
+TEST(MessageGoldens, RequestInItsOperationHead) {
+    const TlvPtr body(DOM_EncodeState("isp", 2));
+    const TlvPtr request(AAA_AddOpHead(DOM_OP_SET, body.get()));
+    ASSERT_NE(request, nullptr);
+    EXPECT_EQ(golden::ToHex(ImageOf(request.get())),
+              golden::ToHex(golden::ReadHexFile("frame_state_request")));
+}
+
+TEST(MessageGoldens, ReplyWithAResult) {
+    const TlvPtr body(TLV_Create());
+    const TlvPtr reply(TLV_Create());
+    ASSERT_EQ(AAA_AppendUINTTlvData(body.get(), DOM_TLV_RESULT, DOM_OK), 0u);
+    ASSERT_EQ(AAA_AppendSubTlv(reply.get(), DOM_REPLY_KIND_RESULT, body.get()), 0u);
+    EXPECT_EQ(golden::ToHex(ImageOf(reply.get())),
+              golden::ToHex(golden::ReadHexFile("frame_result_reply")));
+}
+
 TEST(MessageGoldens, EveryCodeHasOne) {
     std::set<uint32_t> covered;
     for (const Golden& golden : Goldens()) covered.insert(golden.code);

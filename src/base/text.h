@@ -10,7 +10,13 @@ namespace aaadom {
 
 /// Length of the text in a field of `capacity` bytes that may lack its terminator.
 inline size_t BoundedLength(const char* field, size_t capacity) noexcept {
+    // A terminated text may be shorter than the bound; the compiler takes that for an overread.
+#pragma GCC diagnostic push
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wstringop-overread"
+#endif
     return strnlen(field, capacity);
+#pragma GCC diagnostic pop
 }
 
 /// Copies at most `capacity` - 1 characters and terminates; bytes after the terminator stay as they
@@ -44,6 +50,8 @@ inline bool EqualIgnoringCase(const char* a, const char* b) noexcept {
     return strcasecmp(a, b) == 0;
 }
 
-inline bool IsEmpty(const char* text) noexcept { return text == nullptr || text[0] == '\0'; }
+inline bool IsEmpty(const char* text) noexcept {
+    return text == nullptr || text[0] == '\0';
+}
 
 }  // namespace aaadom

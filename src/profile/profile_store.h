@@ -68,5 +68,5 @@ void FiniProfiles(Head& head) noexcept {
 
 }  // namespace aaadom
 
-struct AuthorProfile : aaadom::ProfileNode<AuthorProfile, aaadom::AuthorSegment> {};
-struct CriticalProfile : aaadom::ProfileNode<CriticalProfile, aaadom::CriticalSegment> {};
+struct AuthorProfile final : aaadom::ProfileNode<AuthorProfile, aaadom::AuthorSegment> {};
+struct CriticalProfile final : aaadom::ProfileNode<CriticalProfile, aaadom::CriticalSegment> {};

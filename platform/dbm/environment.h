@@ -1,0 +1,155 @@
+/* One LMDB environment: transactions, the transaction scope, tables. */
+#ifndef PLATFORM_DBM_ENVIRONMENT_H
+#define PLATFORM_DBM_ENVIRONMENT_H
+
+#include <lmdb.h>
+#include <stddef.h>
+#include <stdint.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+namespace aaadom::dbm {
+
+/* Upper bound of a data file; address space, not memory or disk. */
+constexpr size_t kDefaultMapSize = size_t{4} << 30;
+/* For tests: the map size of the environments opened from now on; 0 restores the default. */
+void dbm_SetMapSize(size_t bytes) noexcept;
+
+/* Numbers threads from 1; a number is never used twice, unlike a thread identifier. */
+uint64_t ThisThread() noexcept;
+
+struct Table {
+    MDB_dbi data = 0;
+    MDB_dbi types = 0;
+};
+
+enum class Scope : uint8_t { kNone, kMine, kBlocked };
+
+class Environment {
+  public:
+    Environment() = default;
+    ~Environment();
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+    /* Opens data.mdb of an existing directory. create: makes the file when it is absent.
+     * read_only_allowed: falls back to reading when the file cannot be written. */
+    int Open(const std::string& directory, bool durable, bool create, bool read_only_allowed);
+    void Close() noexcept;
+
+    const std::string& Path() const noexcept { return path_; }
+    bool IsReadOnly() const noexcept { return read_only_; }
+    /* Commits are synced from now on; never taken back. */
+    void MakeDurable() noexcept;
+
+    /* Finds a table, opening (and with create, making) it once for the whole process. */
+    int OpenTable(const std::string& name, bool create, Table* table);
+
+    /* The scope; each returns false when the calling thread may not do this. */
+    bool Begin();
+    bool Commit();
+    bool Abort();
+    bool Lend(uint64_t token);
+    bool Borrow(uint64_t token);
+    bool Return(uint64_t token);
+    /* *token: the token that was still out, 0 when the thread had the scope already. */
+    bool Recall(uint64_t* token);
+    bool IsLentAs(uint64_t token);
+    bool ScopeIsOpen() const noexcept { return scope_owner_.load() != 0; }
+    /* Rolls the calling thread's scope back; false when another thread owns or uses the scope. */
+    bool DropScope();
+
+    /* One line for a run of equal failures. */
+    void Report(const char* action, int code) noexcept;
+
+  private:
+    friend class ReadAccess;
+    friend class WriteAccess;
+
+    int OpenFile(const std::string& file, unsigned flags);
+    int CreateFile();
+    int BeginTransaction(unsigned flags, MDB_txn** txn);
+    int AdoptNewMapSize();
+    int OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table);
+    int OpenNewTable(const std::string& name, bool create, Table* table);
+    Scope ScopeOfThisThread() const noexcept;
+    void EndScope() noexcept;
+    bool FinishCommit(MDB_txn* txn);
+
+    /* Constant after Open. */
+    MDB_env* env_ = nullptr;
+    std::string path_;
+    bool read_only_ = false;
+
+    /* Lock order: table_open_mutex_, write_mutex_, activity_, then one of the leaves below. */
+    std::mutex table_open_mutex_;
+    std::mutex write_mutex_;     /* this process's writers; held by the owner of the scope */
+    std::shared_mutex activity_; /* shared: inside LMDB; alone: changes LMDB's process-wide state */
+
+    std::mutex tables_mutex_; /* leaf */
+    std::map<std::string, Table> tables_;
+
+    std::mutex readers_mutex_; /* leaf */
+    std::vector<MDB_txn*> idle_readers_;
+
+    std::mutex scope_mutex_; /* leaf; changes of the fields below */
+    std::atomic<uint64_t> scope_owner_{0};
+    std::atomic<uint64_t> scope_user_{0}; /* 0 while the scope is lent and not yet borrowed */
+    uint64_t scope_token_ = 0;
+    bool scope_borrowed_ = false;
+    unsigned borrowed_depth_ = 0;
+    /* Touched by the scope's user alone. */
+    MDB_txn* scope_txn_ = nullptr;
+    unsigned scope_depth_ = 0;
+    bool scope_failed_ = false;
+
+    std::atomic<int> last_reported_{0};
+};
+
+/* A short read transaction, or the scope's transaction when the thread uses the scope. */
+class ReadAccess {
+  public:
+    explicit ReadAccess(Environment& environment);
+    ~ReadAccess();
+    ReadAccess(const ReadAccess&) = delete;
+    ReadAccess& operator=(const ReadAccess&) = delete;
+    bool Ok() const noexcept { return txn_ != nullptr; }
+    MDB_txn* Txn() const noexcept { return txn_; }
+
+  private:
+    Environment& environment_;
+    std::shared_lock<std::shared_mutex> activity_;
+    MDB_txn* txn_ = nullptr;
+    bool own_ = false;
+};
+
+/* A write transaction of one call, or the scope's. */
+class WriteAccess {
+  public:
+    explicit WriteAccess(Environment& environment);
+    ~WriteAccess();
+    WriteAccess(const WriteAccess&) = delete;
+    WriteAccess& operator=(const WriteAccess&) = delete;
+    bool Ok() const noexcept { return txn_ != nullptr; }
+    MDB_txn* Txn() const noexcept { return txn_; }
+    /* Takes LMDB's answer to a change. A real error spoils the transaction, the scope's too. */
+    bool Check(int code);
+    /* Ends the call: commits a transaction of its own; inside a scope the scope decides later. */
+    bool Commit();
+
+  private:
+    Environment& environment_;
+    std::unique_lock<std::mutex> write_;
+    std::shared_lock<std::shared_mutex> activity_;
+    MDB_txn* txn_ = nullptr;
+    bool own_ = false;
+};
+
+}  // namespace aaadom::dbm
+
+#endif

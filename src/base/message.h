@@ -128,7 +128,8 @@ class MessageBuilder {
     explicit MessageBuilder(uint32_t code) noexcept : msg_(TLV_Create()), append_(msg_.get()) {
         if (msg_) append_.U32(0, code);
     }
-    /// Calls `fields(Appender&)` when there is a message; returns it, or null when any append failed.
+    /// Calls `fields(Appender&)` when there is a message; returns it, or null when any append
+    /// failed.
     template <typename Fields>
     TLV_MSG* Build(Fields&& fields) && noexcept {
         if (!msg_) return nullptr;

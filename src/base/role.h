@@ -14,8 +14,8 @@ inline Role CurrentRole() noexcept {
     return (DOM_IsCfgThread() & 0xFFFFu) == 1u ? Role::kConfig : Role::kWorking;
 }
 
-/// One T for each role. Choose the instance once per operation: a lock taken through one look-up must
-/// not be released through another.
+/// One T for each role. Choose the instance once per operation: a lock taken through one look-up
+/// must not be released through another.
 template <typename T>
 class PerRole {
   public:

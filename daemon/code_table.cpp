@@ -1,0 +1,130 @@
+#include "code_table.h"
+
+#include <aaadom/codes.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "readers.h"
+#include "request_checks.h"
+
+namespace aaad {
+namespace {
+
+constexpr CodeRow Saved(uint32_t code, ChangeOperations changes,
+                        uint32_t (*check)(TLV_MSG*, uint32_t) = nullptr) {
+    return {code,
+            Procedure::kBothRoles,
+            changes,
+            true,
+            false,
+            check,
+            ReadOperations::kNone,
+            Role::kConfiguration,
+            nullptr};
+}
+
+constexpr CodeRow ReadAlone(uint32_t code) {
+    return {code,
+            Procedure::kNone,
+            kNoChange,
+            false,
+            false,
+            nullptr,
+            ReadOperations::kNone,
+            Role::kConfiguration,
+            nullptr};
+}
+
+constexpr CodeRow ProcessWide(uint32_t code, ChangeOperations changes, bool save) {
+    CodeRow row = ReadAlone(code);
+    row.procedure = Procedure::kConfigurationAlone;
+    row.changes = changes;
+    row.save = save;
+    return row;
+}
+
+constexpr CodeRow WithRead(CodeRow row, ReadOperations reads, Role role,
+                           Message (*read)(TLV_MSG*, uint32_t&)) {
+    row.reads = reads;
+    row.read_role = role;
+    row.read = read;
+    return row;
+}
+
+constexpr CodeRow AfterHandOver(CodeRow row) {
+    row.check_reads_working_role = true;
+    return row;
+}
+
+// Counts, walks and the device-wide names are the working role's own: only its thread reads them
+// under their lock. Session counters and the debug flag exist once a process.
+constexpr CodeRow kRows[] = {
+    Saved(DOM_MSG_DOMAIN, kSet, CheckNewDomain),
+    WithRead(Saved(DOM_MSG_DEFAULT_DOMAIN, kSetAndDelete, CheckNamedDomain), ReadOperations::kGet,
+             Role::kConfiguration, ReadDefaultDomain),
+    WithRead(ReadAlone(DOM_MSG_DOMAIN_COUNT), ReadOperations::kGet, Role::kWorking,
+             ReadDomainCount),
+    WithRead(AfterHandOver(Saved(DOM_MSG_DOMAIN_NAME, kSetAndDelete, CheckNewOrDeletedDomain)),
+             ReadOperations::kGet, Role::kConfiguration, ReadDomain),
+    Saved(DOM_MSG_METHOD_LIST, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_STATE, kSetAndDelete, CheckNamedDomain),
+    WithRead(Saved(DOM_MSG_SESSION_LIMIT, kSet), ReadOperations::kGet, Role::kConfiguration,
+             ReadSessionLimits),
+    ProcessWide(DOM_MSG_SESSION_COUNT, kSet, true),
+    Saved(DOM_MSG_ALL_SESSION_LIMIT, kSet),
+    Saved(DOM_MSG_AUTHOR_ATTR, kSetAndDelete, CheckNamedDomain),
+    WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_LEN), ReadOperations::kAnyButChange, Role::kWorking,
+             ReadNextDomainRow),
+    Saved(DOM_MSG_UNKNOWN_DOMAIN, kSetAndDelete),
+    Saved(DOM_MSG_SESSION_TIME, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_DEVICE_ID, kSetAndDelete),
+    Saved(DOM_MSG_USER_ADDR_TYPE, kSetAndDelete, CheckNamedDomain),
+    WithRead(ReadAlone(DOM_MSG_GLOBAL_DOMAIN), ReadOperations::kGet, Role::kWorking,
+             ReadGlobalDomain),
+    Saved(DOM_MSG_ACCT_DUAL_STACK, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_REDIRECT, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_AUTH_FAIL_DOMAIN, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_PERMIT_DOMAIN, kSetAndDelete, CheckNamedDomain),
+    Saved(DOM_MSG_ESCAPE_RECOVER, kSetAndDelete, CheckNamedDomain),
+    WithRead(ProcessWide(DOM_MSG_DEBUG_FLAG, kSetAndDelete, false), ReadOperations::kGet,
+             Role::kConfiguration, ReadDebugFlag),
+    WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_INFO), ReadOperations::kAnyButChange, Role::kWorking,
+             ReadNextDomain),
+};
+
+constexpr bool Ascending() {
+    for (size_t i = 1; i < std::size(kRows); ++i) {
+        if (kRows[i - 1].code >= kRows[i].code) return false;
+    }
+    return true;
+}
+static_assert(Ascending(), "FindCode searches by halves");
+
+}  // namespace
+
+bool CodeRow::TakesChange(uint32_t operation) const {
+    return (operation == DOM_OP_SET && (changes & kSet) != 0) ||
+           (operation == DOM_OP_DELETE && (changes & kDelete) != 0);
+}
+
+bool CodeRow::TakesRead(uint32_t operation) const {
+    switch (reads) {
+        case ReadOperations::kGet:
+            return operation == DOM_OP_GET;
+        case ReadOperations::kAnyButChange:
+            return operation != DOM_OP_SET && operation != DOM_OP_DELETE;
+        case ReadOperations::kNone:
+            break;
+    }
+    return false;
+}
+
+const CodeRow* FindCode(uint32_t code) {
+    const CodeRow* row =
+        std::lower_bound(std::begin(kRows), std::end(kRows), code,
+                         [](const CodeRow& row, uint32_t wanted) { return row.code < wanted; });
+    return row != std::end(kRows) && row->code == code ? row : nullptr;
+}
+
+}  // namespace aaad

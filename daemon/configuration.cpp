@@ -1,0 +1,193 @@
+#include "configuration.h"
+
+#include <aaadom/aaad_results.h>
+#include <aaadom/codes.h>
+#include <aaadom/restore.h>
+#include <platform/aaa_tlv.h>
+#include <sys/statvfs.h>
+
+#include "code_table.h"
+#include "failure.h"
+
+namespace aaad {
+
+Configuration::Configuration(DBM_HANDLE handle, std::string state_dir,
+                             Administrators& administrators, WorkingThread& working)
+    : handle_(handle),
+      state_dir_(std::move(state_dir)),
+      administrators_(administrators),
+      working_(working) {}
+
+Configuration::~Configuration() {
+    Unload();
+}
+
+void Configuration::Serve(std::vector<Request>& requests) {
+    std::vector<Request*> changes;
+    std::vector<Request*> reads;
+    for (Request& request : requests) {
+        Classify(request);
+        if (request.kind == Request::Kind::kChange) changes.push_back(&request);
+        if (request.kind == Request::Kind::kRead) reads.push_back(&request);
+    }
+    if (!changes.empty()) Change(changes);
+    if (!reads.empty()) Read(reads);
+}
+
+/// Finds out what a request wants and whether its peer may have it.
+void Configuration::Classify(Request& request) {
+    request.kind = Request::Kind::kAnswered;
+    request.result = AAAD_ERR_MALFORMED;
+    if (!request.message) return;
+    request.body.reset(AAA_DelOpHead(request.message.get(), &request.operation));
+    if (!request.body) return;
+    // A request may carry a second code for its front end; the first one counts.
+    TLV_ITER* code = TLV_GetIteratorByType(request.body.get(), DOM_TLV_MSG_CODE);
+    if (TLV_GetLenByIterator(request.body.get(), code) != sizeof(uint32_t)) return;
+    request.code = AAA_GetUINTTlvValue(request.body.get(), code);
+    request.row = FindCode(request.code);
+    if (request.row == nullptr) return;
+
+    if (request.row->TakesRead(request.operation)) {
+        request.kind = Request::Kind::kRead;
+    } else if (request.row->TakesChange(request.operation)) {
+        if (administrators_.MayChange(request.peer)) {
+            request.kind = Request::Kind::kChange;
+            return;
+        }
+        request.result = AAAD_ERR_DENIED;
+        uint32_t suppressed = 0;
+        if (denied_limit_.Allows(suppressed)) {
+            Log(Severity::kWarning,
+                "change refused: process %d of user %u may not change the configuration (code %u, "
+                "operation %u); %u earlier refusals not shown",
+                request.peer.pid, request.peer.uid, request.code, request.operation, suppressed);
+        }
+    }
+}
+
+void Configuration::Change(const std::vector<Request*>& changes) {
+    switch (TryChange(changes)) {
+        case Outcome::kCommitted:
+            return;
+        case Outcome::kNotSaved:
+            RefuseUnsaved(changes);
+            return;
+        case Outcome::kRolesDiffer:
+            break;
+    }
+    if (changes.size() == 1) {
+        RefuseUnsaved(changes);
+        return;
+    }
+    // One change of the batch must not cost the others their place.
+    for (Request* request : changes) Change({request});
+}
+
+/// All changes in one transaction. Afterwards memory holds what the database holds, whatever the
+/// outcome.
+Configuration::Outcome Configuration::TryChange(const std::vector<Request*>& changes) {
+    if (DBM_Begin(handle_) != 0) {
+        for (Request* request : changes) request->result = AAAD_ERR_NOT_SAVED;
+        return Outcome::kNotSaved;
+    }
+    for (Request* request : changes) Apply(*request);
+    HandOver();
+
+    bool roles_agree = true;
+    for (const Request* request : changes) {
+        if (!request->handed_over) continue;
+        roles_agree &= (request->result == DOM_OK) == (request->working_result == DOM_OK);
+    }
+    if (!roles_agree) {
+        (void)DBM_Abort(handle_);  // nothing of the scope is kept either way
+        Load();
+        return Outcome::kRolesDiffer;
+    }
+    if (DBM_Commit(handle_) != 0) {
+        Load();
+        return Outcome::kNotSaved;
+    }
+    return Outcome::kCommitted;
+}
+
+/// The one place where a change is applied to the configuration role: a journal, a standby or a
+/// metric belongs here.
+void Configuration::Apply(Request& request) {
+    const CodeRow& row = *request.row;
+    request.handed_over = false;
+    if (row.check_reads_working_role && request.operation != DOM_OP_SET) HandOver();
+    if (row.check != nullptr) {
+        request.result = row.check(request.body.get(), request.operation);
+        if (request.result != DOM_OK) return;
+    }
+    request.result =
+        DOM_RestoreData(request.message.get(), row.save ? 1 : 0, 0, 0, nullptr, nullptr);
+    if (row.procedure != Procedure::kBothRoles) return;
+    // A generic failure goes on to the working role: it fails there, too, unless it was the saving
+    // that failed, and then the difference between the roles shows it. An operation's own code is
+    // final.
+    if (request.result == DOM_OK || request.result == DOM_ERR_FAILED) {
+        to_hand_over_.push_back(&request);
+    }
+}
+
+/// Applies the changes that only the configuration role has got so far to the working role.
+void Configuration::HandOver() {
+    if (to_hand_over_.empty()) return;
+    working_.Run([this] {
+        for (Request* request : to_hand_over_) {
+            request->handed_over = true;
+            const Message headed(AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE,
+                                                 request->message.get()));
+            request->working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
+        }
+    });
+    to_hand_over_.clear();
+}
+
+void Configuration::Read(const std::vector<Request*>& reads) {
+    bool any_for_working = false;
+    const auto answer = [&](Role role) {
+        for (Request* request : reads) {
+            if (request->row->read_role != role) {
+                any_for_working = true;
+                continue;
+            }
+            request->data = request->row->read(request->body.get(), request->result);
+        }
+    };
+    answer(Role::kConfiguration);
+    if (any_for_working) working_.Run([&] { answer(Role::kWorking); });
+}
+
+void Configuration::TakeMail(Message message) {
+    if (DOM_UpdateCfgData(message.get(), 0, 0, nullptr, nullptr) != DOM_OK) {
+        Log(Severity::kWarning,
+            "a record of the working role could not be applied to the configuration role; restart "
+            "the daemon to load both again");
+    }
+}
+
+/// The database has refused the changes and memory has been loaded again.
+void Configuration::RefuseUnsaved(const std::vector<Request*>& changes) {
+    uint32_t refused = 0;
+    for (Request* request : changes) {
+        // What either role took is gone again. Any other refusal says more than this one.
+        const bool taken = request->handed_over &&
+                           (request->result == DOM_OK || request->working_result == DOM_OK);
+        if (taken) request->result = AAAD_ERR_NOT_SAVED;
+        if (request->result == AAAD_ERR_NOT_SAVED) ++refused;
+    }
+    struct statvfs disk {};
+    const bool known = statvfs(state_dir_.c_str(), &disk) == 0;
+    const unsigned long long free_kib =
+        known ? static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize / 1024 : 0;
+    Log(Severity::kError,
+        "configuration database below %s: %u changes could not be saved and were taken back (%llu "
+        "KiB of its disk are free; the DBM line before names the cause). Make room on the disk or "
+        "repair it, then repeat the changes",
+        state_dir_.c_str(), refused, free_kib);
+}
+
+}  // namespace aaad

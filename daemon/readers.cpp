@@ -1,0 +1,89 @@
+#include "readers.h"
+
+#include <aaadom/aaad_results.h>
+#include <aaadom/domain.h>
+#include <aaadom/domain_codec.h>
+#include <aaadom/session.h>
+#include <aaadom/settings.h>
+#include <aaadom/settings_codec.h>
+
+namespace aaad {
+namespace {
+
+/// An encoder of settings that always exist fails only for want of memory.
+Message Data(TLV_MSG* encoded, uint32_t& refusal) {
+    if (encoded == nullptr) refusal = DOM_ERR_FAILED;
+    return Message(encoded);
+}
+
+/// A walk tells by its status why there is no message.
+Message WalkData(TLV_MSG* encoded, uint32_t status, uint32_t& refusal) {
+    if (encoded == nullptr) refusal = status != DOM_WALK_OK ? status : DOM_ERR_FAILED;
+    return Message(encoded);
+}
+
+}  // namespace
+
+Message ReadDefaultDomain(TLV_MSG*, uint32_t& refusal) {
+    char name[DOM_NAME_SIZE] = {};
+    DOM_GetDefaultDomainName(name);
+    return Data(DOM_EncodeDefaultDomain(name, 0), refusal);
+}
+
+Message ReadDomainCount(TLV_MSG*, uint32_t& refusal) {
+    uint32_t count = 0;
+    (void)DOM_GetDomainCount(&count);  // 0 with an output to write to
+    return Data(DOM_EncodeDomainCount(count), refusal);
+}
+
+Message ReadDomain(TLV_MSG* body, uint32_t& refusal) {
+    // A name one character too long is another name, not the one that it begins with.
+    char name[DOM_NAME_SIZE + 1] = {};
+    TLV_MSG* record =
+        DOM_DecodeDomainName(body, sizeof name, name) == DOM_OK ? DOM_EncodeDomain(name) : nullptr;
+    if (record == nullptr) refusal = AAAD_ERR_NO_OBJECT;
+    return Message(record);
+}
+
+Message ReadSessionLimits(TLV_MSG*, uint32_t& refusal) {
+    SessionLimits limits{};
+    DOM_GetAllSessionLimit(&limits);
+    return Data(DOM_EncodeAllSessionLimit(&limits), refusal);
+}
+
+Message ReadNextDomainRow(TLV_MSG* body, uint32_t& refusal) {
+    char name[DOM_NAME_SIZE] = {};
+    uint32_t name_length = 0;
+    if (DOM_DecodeDomainNameAndLen(body, sizeof name, name, &name_length) != DOM_OK) {
+        refusal = AAAD_ERR_MALFORMED;
+        return nullptr;
+    }
+    uint32_t status = DOM_WALK_OK;
+    TLV_MSG* record = DOM_EncodeMIBNextDomain(name, name_length, &status);
+    return WalkData(record, status, refusal);
+}
+
+Message ReadGlobalDomain(TLV_MSG*, uint32_t& refusal) {
+    GlobalDomain global{};
+    DOM_GetGlobalDomainName(&global);
+    return Data(
+        DOM_EncodeGlobalDomain(global.default_domain, global.unknown_domain, global.device_id, 0),
+        refusal);
+}
+
+Message ReadDebugFlag(TLV_MSG*, uint32_t& refusal) {
+    return Data(DOM_EncodeDebugFlag(DOM_AAAGetDebugFlag()), refusal);
+}
+
+Message ReadNextDomain(TLV_MSG* body, uint32_t& refusal) {
+    char name[DOM_NAME_SIZE] = {};
+    if (DOM_DecodeDomainNameInfo(body, sizeof name, name) != DOM_OK) {
+        refusal = AAAD_ERR_MALFORMED;
+        return nullptr;
+    }
+    uint32_t status = DOM_WALK_OK;
+    TLV_MSG* record = DOM_EncodeNetConfNextDomain(name, &status);
+    return WalkData(record, status, refusal);
+}
+
+}  // namespace aaad

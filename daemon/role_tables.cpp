@@ -1,0 +1,145 @@
+#include "role_tables.h"
+
+#include <aaadom/database.h>
+#include <aaadom/db_layout.h>
+#include <aaadom/domain.h>
+#include <aaadom/domain_table.h>
+#include <aaadom/method_list.h>
+#include <aaadom/session.h>
+#include <aaadom/settings.h>
+
+#include <cstdio>
+#include <memory>
+#include <new>
+
+namespace aaad {
+namespace {
+
+struct DomainDestroyer {
+    void operator()(DomainInfo* record) const noexcept { DOM_DestroyDomain(record); }
+};
+using DomainPtr = std::unique_ptr<DomainInfo, DomainDestroyer>;
+
+class TableLock {
+  public:
+    TableLock() { (void)DOM_DomainInfoTableLock(); }  // a default mutex fails only when misused
+    ~TableLock() { (void)DOM_DomainInfoTableUnlock(); }
+    TableLock(const TableLock&) = delete;
+    TableLock& operator=(const TableLock&) = delete;
+};
+
+/// Puts a record into the first empty slot. The table owns it on success.
+bool Add(DomainPtr& record) {
+    ZorvDomain* mib_node = DOM_CreateZorvDomain();
+    if (mib_node == nullptr) return false;
+    SchemeResources schemes{};
+    if (DOM_CreateDomainSchemeResource(record.get(), &schemes) != DOM_OK) {
+        DOM_DestroyZorvDomain(mib_node);
+        return false;
+    }
+    {
+        const TableLock lock;
+        DOM_AddDomain(record.release(), mib_node, &schemes);
+    }
+    DOM_DestroyDomainSchemeResource(&schemes);  // the nodes that the domain did not need
+    return true;
+}
+
+/// Occupies a slot. The slash keeps the name apart from every domain's.
+DomainPtr Placeholder(uint32_t index) {
+    DomainPtr record(DOM_CreateDomain());
+    if (record) snprintf(record->name, sizeof record->name, "/hole/%u", index);
+    return record;
+}
+
+bool Exists(const char* name) {
+    const TableLock lock;
+    return DOM_FindDomainByName(name) != nullptr;
+}
+
+bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
+    std::vector<DomainInfo*> placeholders;
+    placeholders.reserve(DOM_MAX_DOMAINS);
+    const auto fill_holes = [&](uint32_t from, uint32_t to) {
+        for (uint32_t index = from; index < to; ++index) {
+            DomainPtr placeholder = Placeholder(index);
+            if (!placeholder) return false;
+            placeholders.push_back(placeholder.get());
+            if (!Add(placeholder)) {
+                placeholders.pop_back();
+                return false;
+            }
+        }
+        return true;
+    };
+
+    bool complete = true;
+    uint32_t next_slot = 0;
+    int32_t after = -1;
+    while (complete) {
+        const int32_t found =
+            DBM_GetNextArrayIndex(handle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, after);
+        if (found <= after || found >= DOM_MAX_DOMAINS) break;
+        after = found;
+        const uint32_t index = static_cast<uint32_t>(found);
+        DomainPtr record(DOM_GetDomainFromDBByIndex(handle, index));
+        if (!record || record->name[0] == '\0') {
+            report.undecodable_indexes.push_back(index);
+            continue;
+        }
+        if (Exists(record->name)) {
+            report.stale_indexes.push_back(index);
+            continue;
+        }
+        complete = fill_holes(next_slot, index) && Add(record);
+        next_slot = index + 1;
+        ++report.domains;
+    }
+
+    const TableLock lock;
+    for (DomainInfo* placeholder : placeholders) {
+        DOM_DeleteDomain(placeholder);
+        DOM_DestroyDomain(placeholder);
+    }
+    return complete;
+}
+
+void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
+    char name[DOM_NAME_SIZE] = {};
+    // Taking the default domain away saves an empty name, which the getter refuses like none.
+    report.default_domain_saved = DOM_GetDefDomainFromDB(handle, name) == DOM_OK;
+    DOM_SetDefaultDomainName(report.default_domain_saved ? name : DOM_SYSTEM_DOMAIN);
+
+    if (DOM_GetUnknownDomainFromDB(handle, name) == DOM_OK) DOM_SetUnknownDomainName(name);
+
+    uint32_t device_id = 0;
+    if (DOM_GetDeviceIDFromDB(handle, &device_id) == DOM_OK) DOM_SetDeviceID(device_id);
+
+    // What the getter presets is not a saved limit: without one the table's own limits stay.
+    uint32_t stored[5] = {};
+    if (DOM_GetSessionLimitFromDB(handle, stored) == DOM_OK) {
+        const SessionLimits limits{stored[0], stored[1], stored[2], stored[3], stored[4]};
+        DOM_SetAllSessionLimit(&limits);
+    }
+}
+
+}  // namespace
+
+bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
+    report = LoadReport();
+    if (DOM_DomainInfoTableInit() != DOM_OK) return false;
+    bool complete = false;
+    try {
+        complete = LoadDomains(handle, report);
+    } catch (const std::bad_alloc&) {
+        complete = false;
+    }
+    if (!complete) {
+        (void)DOM_DomainInfoTableFini();
+        return false;
+    }
+    LoadSettings(handle, report);
+    return true;
+}
+
+}  // namespace aaad

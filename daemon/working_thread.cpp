@@ -1,0 +1,40 @@
+#include "working_thread.h"
+
+#include "roles.h"
+
+namespace aaad {
+
+WorkingThread::WorkingThread() : thread_(&WorkingThread::Loop, this) {}
+
+WorkingThread::~WorkingThread() {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
+}
+
+void WorkingThread::Run(const std::function<void()>& work) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    work_ = &work;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return work_ == nullptr; });
+}
+
+void WorkingThread::Loop() {
+    TakeRole(Role::kWorking);
+    std::unique_lock<std::mutex> lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return work_ != nullptr || stopping_; });
+        if (work_ == nullptr) return;
+        const std::function<void()>& work = *work_;
+        lock.unlock();
+        work();
+        lock.lock();
+        work_ = nullptr;
+        changed_.notify_all();
+    }
+}
+
+}  // namespace aaad

@@ -1,0 +1,34 @@
+// The thread of the working role. It does nothing of its own accord: the configuration thread hands
+// it work and waits, so a change is answered only after both roles hold it.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace aaad {
+
+class WorkingThread {
+  public:
+    WorkingThread();
+    /// Waits for the thread's end.
+    ~WorkingThread();
+    WorkingThread(const WorkingThread&) = delete;
+    WorkingThread& operator=(const WorkingThread&) = delete;
+
+    /// Runs `work` on the thread and returns when it is done. `work` throws nothing and waits for
+    /// no other thread. Called by one thread.
+    void Run(const std::function<void()>& work);
+
+  private:
+    void Loop();
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    const std::function<void()>* work_ = nullptr;  // guarded by mutex_
+    bool stopping_ = false;                        // guarded by mutex_
+    std::thread thread_;
+};
+
+}  // namespace aaad

@@ -1,0 +1,180 @@
+// Every stored record of domains and global settings against its bytes: saving the value writes the
+// file under exactly its key, reading a database that holds the file gives the value. Keys, lengths
+// and value types are written out here, so that a changed registry does not change the test.
+#include <aaadom/database.h>
+#include <aaadom/db_layout.h>
+#include <aaadom/domain.h>
+#include <aaadom/domain_table.h>
+#include <aaadom/results.h>
+#include <aaadom/session.h>
+#include <aaadom/settings.h>
+#include <gtest/gtest.h>
+#include <platform/dbm.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "tests/golden/hex_file.h"
+
+namespace {
+
+struct StoredRecord {
+    const char* golden;
+    uint32_t object_type;
+    const char* object_name;
+    std::string key;
+    uint32_t kind;
+};
+
+const StoredRecord kDomainRecord{"db_domain", 1, "isp-a", "apstDomainInfoTab", DBM_KIND_ARRAY};
+const StoredRecord kDefaultDomain{"db_default_domain", 2, "isp-a", "szDefaultDomain",
+                                  DBM_KIND_BINARY};
+const StoredRecord kUnknownDomain{"db_unknown_domain", 6, "isp-b", "szUnknownDomain",
+                                  DBM_KIND_BINARY};
+const StoredRecord kSessionLimit{"db_session_limit", 3, "", std::string("SessionLimit\0", 13),
+                                 DBM_KIND_BINARY};
+const StoredRecord kDeviceId{"db_device_id", 7, "", std::string("AaaDeviceID\0", 12),
+                             DBM_KIND_BINARY};
+
+void PrintTo(const StoredRecord& record, std::ostream* out) {
+    *out << record.golden;
+}
+
+class DbGolden : public ::testing::TestWithParam<StoredRecord> {
+  protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/aaadom-db-golden-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        directory_ = pattern;
+        ASSERT_EQ(DBM_SetRoot(directory_.c_str(), directory_.c_str()), 0u);
+        ASSERT_EQ(DOM_DomainInfoTableInit(), DOM_OK);
+        handle_ = DOM_CreateDomainDBM();
+        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
+        DOM_SetDomainDBMHandle(handle_);
+    }
+    void TearDown() override {
+        DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
+        DBM_Close(handle_);
+        DOM_SetDeviceID(0);
+        DOM_DomainInfoTableFini();
+        std::filesystem::remove_all(directory_);
+    }
+
+    /// The table's state that the golden files show.
+    static void FillTables() {
+        ASSERT_EQ(DOM_AddDomainByName("isp-a"), DOM_ADD_OK);
+        DOM_SetState("isp-a", 2);
+        const SessionLimits limits{100, 200, 300, 400, 32};
+        DOM_SetAllSessionLimit(&limits);
+        DOM_SetDeviceID(0x01020304);
+    }
+    static uint32_t Save(const StoredRecord& record) {
+        DomDbUpdateReq request{};
+        request.object_type = record.object_type;
+        snprintf(request.object_name, sizeof request.object_name, "%s", record.object_name);
+        request.operation = 1;
+        return DOM_SetDataToDB(&request);
+    }
+    std::string Stored(const StoredRecord& record) {
+        std::string value(DOM_DB_VALUE_MAX, '\0');
+        const uint32_t key_length = static_cast<uint32_t>(record.key.size());
+        const int32_t length = record.kind == DBM_KIND_ARRAY
+                                   ? DBM_GetArray(handle_, record.key.data(), key_length, 0,
+                                                  DOM_DB_VALUE_MAX, value.data())
+                                   : DBM_GetBinary(handle_, record.key.data(), key_length, 0,
+                                                   DOM_DB_VALUE_MAX, value.data());
+        value.resize(length < 0 ? 0 : static_cast<size_t>(length));
+        return value;
+    }
+    /// Stores the golden bytes past the library.
+    void Put(const StoredRecord& record) {
+        const std::string value = golden::ReadHexFile(record.golden);
+        ASSERT_FALSE(value.empty());
+        const uint32_t key_length = static_cast<uint32_t>(record.key.size());
+        const uint32_t length = static_cast<uint32_t>(value.size());
+        if (record.kind == DBM_KIND_ARRAY) {
+            ASSERT_GE(DBM_SetArray(handle_, record.key.data(), key_length, 0, length, value.data(),
+                                   record.object_type),
+                      0);
+        } else {
+            ASSERT_EQ(DBM_SetBinary(handle_, record.key.data(), key_length, -1, length,
+                                    value.data(), record.object_type),
+                      0u);
+        }
+    }
+
+    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
+
+  private:
+    std::string directory_;
+};
+
+TEST_P(DbGolden, SavingWritesTheFile) {
+    FillTables();
+    ASSERT_EQ(Save(GetParam()), DOM_OK);
+    EXPECT_EQ(golden::ToHex(Stored(GetParam())),
+              golden::ToHex(golden::ReadHexFile(GetParam().golden)));
+}
+
+TEST_P(DbGolden, KeyKindAndValueTypeAreTheRecords) {
+    FillTables();
+    ASSERT_EQ(Save(GetParam()), DOM_OK);
+    ASSERT_EQ(DBM_GetKeyNumByValueType(handle_, GetParam().object_type), 1u);
+    void* iterator = nullptr;
+    DBM_KEY_SLOT slot{};
+    ASSERT_EQ(DBM_GetKeysByValueType(handle_, 1, GetParam().object_type, &iterator, &slot), 1u);
+    DBM_FreeIterator(iterator);
+    EXPECT_EQ(std::string(slot.key, slot.key_length), GetParam().key);
+    EXPECT_EQ(slot.kind, GetParam().kind);
+}
+
+INSTANTIATE_TEST_SUITE_P(Records, DbGolden,
+                         ::testing::Values(kDomainRecord, kDefaultDomain, kUnknownDomain,
+                                           kSessionLimit, kDeviceId),
+                         [](const auto& info) { return info.param.golden; });
+
+using DbGoldenRead = DbGolden;
+
+TEST_F(DbGoldenRead, Domain) {
+    Put(kDomainRecord);
+    DomainInfo* record = DOM_GetDomainFromDBByIndex(handle_, 0);
+    ASSERT_NE(record, nullptr);
+    EXPECT_STREQ(record->name, "isp-a");
+    EXPECT_EQ(record->state, 2);
+    EXPECT_EQ(record->user_addr_type, 7u);
+    EXPECT_EQ(record->author_attr.kind19_word, -1);
+    EXPECT_EQ(record->author_attr.kind23_word, 65535u);
+    for (uint32_t row : {0u, 4u, 5u}) {
+        const MethodList* list = record->method_lists[row][DOM_DEFAULT_SERVICE];
+        ASSERT_NE(list, nullptr) << row;
+        EXPECT_EQ(list->methods[0].method_kind, uint32_t{METHOD_DEFAULT_4});
+        EXPECT_EQ(list->methods[1].method_kind, uint32_t{METHOD_EMPTY});
+    }
+    DOM_DestroyDomain(record);
+}
+
+TEST_F(DbGoldenRead, Names) {
+    Put(kDefaultDomain);
+    Put(kUnknownDomain);
+    char name[DOM_NAME_SIZE] = {};
+    EXPECT_EQ(DOM_GetDefDomainFromDB(handle_, name), DOM_OK);
+    EXPECT_STREQ(name, "isp-a");
+    EXPECT_EQ(DOM_GetUnknownDomainFromDB(handle_, name), DOM_OK);
+    EXPECT_STREQ(name, "isp-b");
+}
+
+TEST_F(DbGoldenRead, Numbers) {
+    Put(kSessionLimit);
+    Put(kDeviceId);
+    uint32_t limits[5] = {};
+    EXPECT_EQ(DOM_GetSessionLimitFromDB(handle_, limits), DOM_OK);
+    const uint32_t expected[5] = {100, 200, 300, 400, 32};
+    EXPECT_EQ(memcmp(limits, expected, sizeof expected), 0);
+    uint32_t device_id = 0;
+    EXPECT_EQ(DOM_GetDeviceIDFromDB(handle_, &device_id), DOM_OK);
+    EXPECT_EQ(device_id, 0x01020304u);
+}
+
+}  // namespace

@@ -113,11 +113,42 @@ class Walker {
     }
 
   private:
+    /* The tree's keys ascend strictly, the separators of its branches among them: LMDB's searches
+     * and its rebalancing may run astray otherwise. */
+    struct Order {
+        uint64_t count = 0;
+        bool any = false;
+        std::string last;      /* the last leaf key */
+        std::string separator; /* the next leaf key is not below it */
+
+        static int Compare(const std::string& a, const std::string& b, Contents contents) {
+            if (contents != Contents::kFreeList || a.size() != 8 || b.size() != 8)
+                return a.compare(b);
+            uint64_t left, right;
+            memcpy(&left, a.data(), sizeof left);
+            memcpy(&right, b.data(), sizeof right);
+            return left < right ? -1 : left > right;
+        }
+        bool Separate(std::string key, Contents contents) {
+            if (any && Compare(last, key, contents) >= 0) return false;
+            separator = std::move(key);
+            return true;
+        }
+        bool Take(std::string key, Contents contents) {
+            if (any && Compare(last, key, contents) >= 0) return false;
+            if (!separator.empty() && Compare(separator, key, contents) > 0) return false;
+            last = std::move(key);
+            any = true;
+            ++count;
+            return true;
+        }
+    };
+
     bool CheckTree(const Tree& tree, Contents contents) {
         if (tree.root == kNoPage) return tree.entries == 0 && tree.depth == 0;
         if (tree.depth == 0 || tree.depth > kMaxDepth) return false;
-        uint64_t entries = 0;
-        return CheckPage(tree.root, tree.depth, contents, &entries) && entries == tree.entries;
+        Order order;
+        return CheckPage(tree.root, tree.depth, contents, &order) && order.count == tree.entries;
     }
 
     /* Each page is reached once, and lies inside the file. */
@@ -131,7 +162,7 @@ class Walker {
         return true;
     }
 
-    bool CheckPage(uint64_t number, unsigned depth, Contents contents, uint64_t* entries) {
+    bool CheckPage(uint64_t number, unsigned depth, Contents contents, Order* order) {
         if (!Claim(number, 1)) return false;
         std::vector<uint8_t> page(page_size_);
         if (!ReadExactly(fd_, page.data(), page_size_, number * page_size_)) return false;
@@ -152,17 +183,19 @@ class Walker {
             memcpy(&node, page.data() + at, sizeof node);
             const size_t key_end = at + sizeof(Node) + node.key_size;
             if (key_end > page_size_ || node.key_size > kMaxKey) return false;
+            std::string key(reinterpret_cast<const char*>(page.data()) + at + sizeof(Node),
+                            node.key_size);
             if (depth > 1) {
                 const uint64_t child =
                     node.low | uint64_t{node.high} << 16 | uint64_t{node.flags} << 32;
-                if (i > 0 && node.key_size == 0) return false;
-                if (!CheckPage(child, depth - 1, contents, entries)) return false;
-            } else if (!CheckLeafNode(node, page.data() + at + sizeof(Node), page_size_ - key_end,
+                if (i > 0 && (node.key_size == 0 || !order->Separate(key, contents))) return false;
+                if (!CheckPage(child, depth - 1, contents, order)) return false;
+            } else if (!order->Take(key, contents) ||
+                       !CheckLeafNode(node, page.data() + at + sizeof(Node), page_size_ - key_end,
                                       contents)) {
                 return false;
             }
         }
-        if (depth == 1) *entries += count;
         return true;
     }
 

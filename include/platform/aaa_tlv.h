@@ -78,8 +78,8 @@ uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]);
 uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity, char* buffer);
 
 /**
- * Takes the nested message of a TLV. A long one shares the bytes of `msg` until one of the two is
- * changed; nobody notices, and either may be destroyed first, on any thread.
+ * Takes the nested message of a TLV, without copying: it shares the bytes of `msg` until one of the
+ * two is changed. Nobody notices, and either may be destroyed first, on any thread.
  * @param msg  borrowed.
  * @param it   owned by `msg`.
  * @return returned, destroy with TLV_Destroy; null when the value is not exactly one well-formed

@@ -5,10 +5,6 @@
 namespace platform {
 namespace {
 
-/// Nested messages up to this length are copied: that is cheaper than the two locked instructions
-/// of a shared count, and it does not keep a large parent alive for a few bytes.
-constexpr uint32_t kCopyUpTo = 256;
-
 /// Moves the image to bytes of which this message is the only user, with a capacity of at least
 /// `room`. The former bytes stay until the caller releases `former` (null = nothing to release),
 /// because what is being appended may lie in them.
@@ -73,7 +69,6 @@ TLV_MSG* CopyImage(const uint8_t* image, uint32_t length) noexcept {
 }
 
 TLV_MSG* TakeNested(TLV_MSG* msg, const TlvAt& tlv) noexcept {
-    if (tlv.length <= kCopyUpTo) return CopyImage(tlv.Value(), tlv.length);
     if (!IsImage(tlv.Value(), tlv.length)) return nullptr;
     TLV_MSG* nested = TakeMessage();
     if (nested == nullptr) return nullptr;

@@ -1,4 +1,4 @@
-// A nested message is short (copied) or long (shares its parent's bytes); nobody may notice which.
+// A nested message shares its parent's bytes until one of the two changes; nobody may notice.
 #include <thread>
 
 #include "unit/platform/tlv/support.h"
@@ -26,7 +26,7 @@ Message Nested(const Message& parent) {
     return Message(AAA_GetSubTlv(parent.get(), TLV_GetIteratorByType(parent.get(), 2)));
 }
 
-/// Copied, shared inside the object, shared in a small and a large block, beyond every block.
+/// Shared inside the parent's object, in a small and a large block, beyond every pooled block.
 class NestedMessage : public testing::TestWithParam<size_t> {
   protected:
     size_t size_ = GetParam();

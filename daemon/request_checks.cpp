@@ -51,7 +51,16 @@ uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation) {
     return DOM_DelDomainCheck(name);
 }
 
-uint32_t CheckNamedDomain(TLV_MSG* body, uint32_t) {
+uint32_t CheckExistingDomain(TLV_MSG* body, uint32_t operation) {
+    const uint32_t result = CheckNameLength(body, operation);
+    if (result != DOM_OK) return result;
+    NameBuffer name;
+    bool found;
+    if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
+    return DOM_IsDomainExist(name) ? DOM_OK : DOM_ERR_FAILED;
+}
+
+uint32_t CheckNameLength(TLV_MSG* body, uint32_t) {
     NameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;

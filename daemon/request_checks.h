@@ -13,8 +13,10 @@ uint32_t CheckNewDomain(TLV_MSG* body, uint32_t operation);
 /// Set: as CheckNewDomain. Delete: the domain exists and nothing refers to it; else the library's
 /// reason, 1 to 6.
 uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation);
-/// A domain that the change names: a name that the library would cut is refused, because the cut
-/// one may be another domain's.
-uint32_t CheckNamedDomain(TLV_MSG* body, uint32_t operation);
+/// A setting of a domain: there is such a domain. Some of the library's settings ignore an unknown
+/// one and would find out only when it cannot be saved.
+uint32_t CheckExistingDomain(TLV_MSG* body, uint32_t operation);
+/// A name that the library would cut is refused, because the cut one may be another domain's.
+uint32_t CheckNameLength(TLV_MSG* body, uint32_t operation);
 
 }  // namespace aaad

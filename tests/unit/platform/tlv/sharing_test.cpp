@@ -81,6 +81,19 @@ TEST_P(NestedMessage, DeleteInTheParentLeavesIt) {
     EXPECT_EQ(Listing(nested_), NestedListing(size_));
 }
 
+TEST_P(NestedMessage, EachDeleteInTheParentLeavesAllThatWereTakenBefore) {
+    std::vector<Message> taken;
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(Append(parent_, 4, std::string(20, 'p')), 0u);
+    for (int i = 0; i < 5; ++i) {
+        taken.push_back(Nested(parent_));
+        TLV_ITER* it = TLV_GetIteratorByType(parent_.get(), 4);
+        EXPECT_EQ(TLV_Delete_Data(parent_.get(), it), 0u);
+        EXPECT_EQ(TLV_Delete_Data(parent_.get(), TLV_GetFirst(parent_.get())), 0u);
+        EXPECT_EQ(AAA_AppendSubTlv(parent_.get(), 2, taken.back().get()), 0u);
+    }
+    for (const Message& msg : taken) EXPECT_EQ(Listing(msg), NestedListing(size_));
+}
+
 TEST_P(NestedMessage, AppendAfterTheParentIsGone) {
     parent_.reset();
     EXPECT_EQ(Append(nested_, 22, "new"), 0u);

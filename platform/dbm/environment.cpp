@@ -138,15 +138,22 @@ void Environment::Report(const char* action, int code) noexcept {
     if (last_reported_.exchange(code) != code) ReportFailure(path_ + "/data.mdb", action, code);
 }
 
-/* Another process works with a larger map. Precondition: activity_ is not held here. */
+/* Another process works with a larger map. With write_mutex_ held no transaction of this process
+ * writes, alone in activity_ none reads. */
 int Environment::AdoptNewMapSize() {
     const std::unique_lock<std::shared_mutex> alone(activity_);
-    if (scope_txn_ != nullptr) return MDB_MAP_RESIZED;
     return mdb_env_set_mapsize(env_, 0);
 }
 
-int Environment::BeginTransaction(unsigned flags, MDB_txn** txn) {
-    return mdb_txn_begin(env_, nullptr, flags, txn);
+/* LMDB's write lock comes after write_mutex_ and before activity_: a wait for another process must
+ * not hold up this one's readers. */
+int Environment::BeginWrite(MDB_txn** txn) {
+    int code = mdb_txn_begin(env_, nullptr, 0, txn);
+    if (code == MDB_MAP_RESIZED) {
+        code = AdoptNewMapSize();
+        if (code == 0) code = mdb_txn_begin(env_, nullptr, 0, txn);
+    }
+    return code;
 }
 
 Scope Environment::ScopeOfThisThread() const noexcept {
@@ -175,17 +182,19 @@ int Environment::OpenTableInside(MDB_txn* txn, const std::string& name, bool cre
 
 /* LMDB lets only one transaction of a process open tables at a time, with no other one around. */
 int Environment::OpenNewTable(const std::string& name, bool create, Table* table) {
-    std::unique_lock<std::mutex> write(write_mutex_, std::defer_lock);
-    if (create) write.lock();
-    const std::unique_lock<std::shared_mutex> alone(activity_);
-    const unsigned flags = create ? 0 : MDB_RDONLY;
-    MDB_txn* txn;
-    int code = BeginTransaction(flags, &txn);
-    if (code == MDB_MAP_RESIZED && scope_txn_ == nullptr) {
-        code = mdb_env_set_mapsize(env_, 0);
-        if (code == 0) code = BeginTransaction(flags, &txn);
-    }
+    const std::lock_guard<std::mutex> write(write_mutex_);
+    MDB_txn* txn = nullptr;
+    int code = create ? BeginWrite(&txn) : 0;
     if (code != 0) return code;
+    std::unique_lock<std::shared_mutex> alone(activity_);
+    if (!create) {
+        code = mdb_txn_begin(env_, nullptr, MDB_RDONLY, &txn);
+        if (code == MDB_MAP_RESIZED) {
+            code = mdb_env_set_mapsize(env_, 0);
+            if (code == 0) code = mdb_txn_begin(env_, nullptr, MDB_RDONLY, &txn);
+        }
+        if (code != 0) return code;
+    }
     code = OpenTableInside(txn, name, create, table);
     if (code != 0) {
         mdb_txn_abort(txn);
@@ -242,13 +251,17 @@ ReadAccess::ReadAccess(Environment& environment)
             code = mdb_txn_renew(txn_);
             if (code != 0) mdb_txn_abort(txn_);
         } else {
-            code = environment.BeginTransaction(MDB_RDONLY, &txn_);
+            code = mdb_txn_begin(environment.env_, nullptr, MDB_RDONLY, &txn_);
         }
         if (code == 0) return;
         txn_ = nullptr;
         if (code == MDB_MAP_RESIZED) {
             activity_.unlock();
-            code = environment.AdoptNewMapSize();
+            {
+                /* No scope can be open: its begin would have met the larger map first. */
+                const std::lock_guard<std::mutex> write(environment.write_mutex_);
+                code = environment.AdoptNewMapSize();
+            }
             activity_.lock();
         }
         if (code != 0) {
@@ -289,14 +302,8 @@ WriteAccess::WriteAccess(Environment& environment)
     }
     own_ = true;
     write_.lock();
+    const int code = environment.BeginWrite(&txn_);
     activity_.lock();
-    int code = environment.BeginTransaction(0, &txn_);
-    if (code == MDB_MAP_RESIZED) {
-        activity_.unlock();
-        code = environment.AdoptNewMapSize();
-        activity_.lock();
-        if (code == 0) code = environment.BeginTransaction(0, &txn_);
-    }
     if (code != 0) {
         txn_ = nullptr;
         environment.Report("write", code);

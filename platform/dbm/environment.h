@@ -73,7 +73,8 @@ class Environment {
 
     int OpenFile(const std::string& file, unsigned flags);
     int CreateFile();
-    int BeginTransaction(unsigned flags, MDB_txn** txn);
+    /* Both: write_mutex_ is held, activity_ is not. */
+    int BeginWrite(MDB_txn** txn);
     int AdoptNewMapSize();
     int OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table);
     int OpenNewTable(const std::string& name, bool create, Table* table);
@@ -86,7 +87,8 @@ class Environment {
     std::string path_;
     bool read_only_ = false;
 
-    /* Lock order: table_open_mutex_, write_mutex_, activity_, then one of the leaves below. */
+    /* Lock order: table_open_mutex_, write_mutex_, LMDB's write lock, activity_, then one of the
+     * leaves below. */
     std::mutex table_open_mutex_;
     std::mutex write_mutex_;     /* this process's writers; held by the owner of the scope */
     std::shared_mutex activity_; /* shared: inside LMDB; alone: changes LMDB's process-wide state */

@@ -20,17 +20,9 @@ bool Environment::Begin() {
         return false;
     }
     write_mutex_.lock();
-    MDB_txn* txn = nullptr;
-    int code = 0;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        {
-            const std::shared_lock<std::shared_mutex> activity(activity_);
-            code = BeginTransaction(0, &txn);
-            if (code == 0) scope_txn_ = txn;
-        }
-        if (code != MDB_MAP_RESIZED || AdoptNewMapSize() != 0) break;
-    }
+    const int code = BeginWrite(&scope_txn_);
     if (code != 0) {
+        scope_txn_ = nullptr;
         write_mutex_.unlock();
         Report("begin", code);
         return false;

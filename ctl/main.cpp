@@ -47,6 +47,32 @@ CLI::App* SubcommandOf(CLI::App& root, const Command& command) {
     return app;
 }
 
+/// Wrong usage in words: which word is no command, and which commands there are.
+Failure WrongUsage(const CLI::App& root, const CLI::ParseError& error) {
+    const CLI::App* app = &root;
+    std::string path;
+    while (!app->get_subcommands().empty()) {
+        app = app->get_subcommands().front();
+        path += (path.empty() ? "" : " ") + app->get_name();
+    }
+    const std::string object = path.empty() ? "command line" : path;
+    std::string known;
+    for (const CLI::App* next : app->get_subcommands([](const CLI::App*) { return true; })) {
+        known += (known.empty() ? "" : ", ") + next->get_name();
+    }
+    if (known.empty()) {
+        return Failure(kExitUsage, object, error.what(), "See aaactl " + path + " --help");
+    }
+    if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) {
+        return Failure(kExitUsage, object, error.what(), "See aaactl --help");
+    }
+    const std::vector<std::string> rest = root.remaining(true);
+    return Failure(
+        kExitUsage, path,
+        rest.empty() ? "a command is missing" : "there is no command \"" + rest.front() + "\"",
+        "The commands are " + known);
+}
+
 /// Asked for before the arguments are parsed, because wrong arguments are answered in JSON, too.
 bool WantsJson(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
@@ -69,8 +95,11 @@ int Main(int argc, char** argv) {
     root.add_flag("--json", json, "Answer in JSON, errors included");
     root.add_option("--timeout", timeout, "Wait at most this many milliseconds for an answer")
         ->check(CLI::Range(1, 60000))
-        ->capture_default_str();
-    root.add_option("--run-dir", run_dir, "The daemon's run directory")->capture_default_str();
+        ->capture_default_str()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    root.add_option("--run-dir", run_dir, "The daemon's run directory")
+        ->capture_default_str()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     root.set_version_flag("--version", "aaactl 1.0.0");
     root.footer("Exit status: 0 done, 1 refused by the daemon, 2 wrong usage, 3 not reachable");
 
@@ -92,8 +121,7 @@ int Main(int argc, char** argv) {
     } catch (const CLI::Success& help) {
         return root.exit(help);
     } catch (const CLI::ParseError& error) {
-        context.output.Error(Failure(kExitUsage, "command line", error.what(),
-                                     "See aaactl --help, or --help behind a command"));
+        context.output.Error(WrongUsage(root, error));
         return kExitUsage;
     } catch (const Failure& failure) {
         context.output.Error(failure);

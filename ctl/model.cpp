@@ -241,22 +241,26 @@ Json Keyed(const Json& config) {
     return keyed;
 }
 
+void Collect(const std::string& path, const Json& here, const Json& there,
+             std::vector<Difference>& differences) {
+    if (!here.is_object() || !there.is_object()) {
+        if (here != there) differences.push_back({path, here, there});
+        return;
+    }
+    for (const auto& [name, value] : here.items()) {
+        Collect(path + "/" + name, value, there.contains(name) ? there.at(name) : Json(),
+                differences);
+    }
+    for (const auto& [name, value] : there.items()) {
+        if (!here.contains(name)) differences.push_back({path + "/" + name, Json(), value});
+    }
+}
+
 }  // namespace
 
 std::vector<Difference> Compare(const Json& here, const Json& there) {
     std::vector<Difference> differences;
-    const Json flat_here = Keyed(here).flatten();
-    const Json flat_there = Keyed(there).flatten();
-    for (const auto& [path, value] : flat_here.items()) {
-        if (!flat_there.contains(path)) {
-            differences.push_back({path, value, nullptr});
-        } else if (flat_there.at(path) != value) {
-            differences.push_back({path, value, flat_there.at(path)});
-        }
-    }
-    for (const auto& [path, value] : flat_there.items()) {
-        if (!flat_here.contains(path)) differences.push_back({path, nullptr, value});
-    }
+    Collect("", Keyed(here), Keyed(there), differences);
     return differences;
 }
 

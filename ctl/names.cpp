@@ -138,6 +138,10 @@ MethodList ParseMethodList(uint32_t aaa_type, uint32_t service,
 
 uint16_t ParseState(const std::string& word) {
     if (const Word* state = FindWord(kStates, word)) return static_cast<uint16_t>(state->number);
+    if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos) {
+        RefuseUsage("state \"" + word + "\"", "there is no such state",
+                    "Give active, blocked or a number up to 65535");
+    }
     return static_cast<uint16_t>(ParseNumber("state", word, UINT16_MAX));
 }
 
@@ -146,8 +150,8 @@ std::string StateName(uint16_t state) {
 }
 
 uint32_t ParseSessionClass(const std::string& word) {
-    const uint32_t session_class = ParseNumber("session class", word, SESSION_CLASS_23);
-    if (session_class < SESSION_CLASS_19) {
+    const uint32_t session_class = ParseNumber("session class", word, UINT32_MAX);
+    if (session_class < SESSION_CLASS_19 || session_class > SESSION_CLASS_23) {
         RefuseUsage("session class \"" + word + "\"", "there is no such class",
                     "Give 19, 20, 21, 22 or 23");
     }

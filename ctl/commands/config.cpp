@@ -97,7 +97,8 @@ class Diff : public Command {
         Json differences = Json::array();
         for (const Difference& difference : Compare(running, wanted)) {
             const auto shown = [](const Json& value) {
-                return value.is_null() ? std::string("nothing") : Printable(value.dump());
+                if (value.is_null()) return std::string("nothing");
+                return value.is_object() ? std::string("present") : Printable(value.dump());
             };
             context.output.Line(Printable(difference.path) + ": running " + shown(difference.here) +
                                 ", file " + shown(difference.there));

@@ -13,7 +13,8 @@ class Status : public Command {
     void Define(CLI::App&) override {}
     void Run(Context& context) override {
         const uint32_t count = context.client.CountDomains();
-        context.output.Line("the daemon answers and holds " + std::to_string(count) + " domains");
+        context.output.Line("the daemon answers and holds " + std::to_string(count) +
+                            (count == 1 ? " domain" : " domains"));
         context.output.Result({{"reachable", true}, {"domains", count}});
     }
 };

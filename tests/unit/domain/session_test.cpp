@@ -102,6 +102,16 @@ TEST_F(Session, IncreaseTestsTheWorkingRolesLimitFromEveryRole) {
     EXPECT_EQ(InConfig([] { return DOM_SessionIncrease(19); }), DOM_ERR_FAILED);
 }
 
+TEST_F(Session, LimitsAreTheCallingRoles) {
+    SessionLimits limits{1, 2, 3, 4, 5};
+    InConfig([&] { return DOM_SetAllSessionLimit(&limits), 0; });
+    DOM_GetAllSessionLimit(&limits);
+    EXPECT_EQ(limits.class_19, 538976288u);
+    EXPECT_EQ(limits.class_23, 538976288u);
+    InConfig([&] { return DOM_GetAllSessionLimit(&limits), 0; });
+    EXPECT_EQ(limits.class_23, 5u);
+}
+
 TEST_F(Session, CountersAreOneSetForTheProcess) {
     EXPECT_EQ(DOM_SessionIncrease(19), DOM_OK);
     EXPECT_EQ(InConfig([] { return DOM_GetSessionCount(19); }), 1u);

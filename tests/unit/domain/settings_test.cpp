@@ -45,6 +45,13 @@ TEST_F(Settings, NamesAreTheCallingRoles) {
     char text[DOM_NAME_SIZE];
     DOM_GetDefaultDomainName(text);
     EXPECT_STREQ(text, "w");
+    DOM_GetUnknownDomainName(text);
+    EXPECT_STREQ(text, "");
+    InConfig([] { return DOM_SetUnknownDomainName("u"), 0; });
+    DOM_GetUnknownDomainName(text);
+    EXPECT_STREQ(text, "");
+    InConfig([&] { return DOM_GetUnknownDomainName(text), 0; });
+    EXPECT_STREQ(text, "u");
 }
 
 TEST_F(Settings, GlobalNamesAreTheWorkingRolesFromEveryRole) {
@@ -151,9 +158,13 @@ TEST_F(Settings, PermitDomainIsStoredAndEmptied) {
     EXPECT_EQ(DOM_SetAuthRdFailPermitDomain(1, "A", std::string(300, 'p').c_str()), DOM_OK);
     EXPECT_EQ(DOM_GetAuthRdFailPermitDomain("a", sizeof text, text), DOM_OK);
     EXPECT_EQ(text, std::string(255, 'p'));
-    EXPECT_EQ(DOM_SetAuthRdFailPermitDomain(2, "a", "ignored"), DOM_OK);
-    EXPECT_EQ(DOM_GetAuthRdFailPermitDomain("a", sizeof text, text), DOM_OK);
-    EXPECT_STREQ(text, "");
+    for (uint16_t operation : {0, 2, 0x101}) {
+        DOM_SetAuthRdFailPermitDomain(1, "a", "permit");
+        EXPECT_EQ(DOM_SetAuthRdFailPermitDomain(operation, "a", "ignored"), DOM_OK);
+        EXPECT_EQ(DOM_GetAuthRdFailPermitDomain("a", sizeof text, text), DOM_OK);
+        EXPECT_STREQ(text, "");
+    }
+    EXPECT_EQ(DOM_SetAuthRdFailPermitDomain(0, "a", nullptr), DOM_OK);
 }
 
 TEST_F(Settings, PermitDomainIsCutToTheGivenSize) {
@@ -211,15 +222,6 @@ TEST_F(Settings, ProfileScratchRecordsAreZeroed) {
     EXPECT_EQ(memcmp(&author, &author_zero, sizeof author), 0);
     DOM_InitCriticalProfile(nullptr);
     DOM_InitAuthorProfile(nullptr);
-}
-
-TEST_F(Settings, EveryOperationOnADomainHoldsOneLockAndReleasesIt) {
-    uint64_t locks = fake::Count(fake::Event::kLock);
-    (void)DOM_GetState("a");
-    EXPECT_EQ(fake::Count(fake::Event::kLock), locks + 1);
-    DOM_SetState("nobody", 1);
-    EXPECT_EQ(fake::Count(fake::Event::kLock), locks + 2);
-    EXPECT_EQ(fake::HeldLocks(), 0);
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ using aaadom::Role;
 struct Calls {
     std::vector<uint64_t> arguments;
     TLV_MSG* msg = nullptr;
+    int64_t live_messages = 0;  // while slot 14 runs
     uint32_t result = 0;
     uint32_t role = 0;
 } calls;
@@ -56,6 +57,7 @@ class Service : public testing::Test {
         table.cfg_thr_msg_to_pam = [](uint32_t channel, TLV_MSG* msg) {
             calls.arguments = {14, channel};
             calls.msg = msg;
+            calls.live_messages = fake::LiveMessages();
             return calls.result;
         };
         table.record_thread_init = [] {
@@ -143,6 +145,26 @@ TEST_F(Service, RealSyncFailsAfterReset) {
     TLV_Destroy(msg);
 }
 
+TEST_F(Service, ResetEmptiesEverySlot) {
+    Install();
+    calls.role = 1;
+    DOM_ResetAAADService();
+    EXPECT_EQ(DOM_IsCfgThread(), 0u);
+    TLV_MSG* msg = Message();
+    EXPECT_EQ(DOM_CfgRealSyncToSlave(msg), DOM_ERR_FAILED);
+    TLV_Destroy(msg);
+    EXPECT_EQ(DOM_SendSyncMSgToCfgThr(1, Message()), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_CfgThrSendMsgToPam(1, Message()), DOM_ERR_FAILED);
+    EXPECT_TRUE(calls.arguments.empty());
+}
+
+TEST_F(Service, NullMessagesDoNotCrashWithoutSlots) {
+    EXPECT_EQ(DOM_SendRealSyncMsg(nullptr), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_CfgRealSyncToSlave(nullptr), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_SendSyncMSgToCfgThr(1, nullptr), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_CfgThrSendMsgToPam(1, nullptr), DOM_ERR_FAILED);
+}
+
 TEST_F(Service, ToSlaveWithoutSlotKeepsTheMessage) {
     TLV_MSG* msg = Message();
     EXPECT_EQ(DOM_CfgRealSyncToSlave(msg), DOM_ERR_FAILED);
@@ -184,8 +206,11 @@ TEST_F(Service, ToPamWithoutSlotDestroysTheMessage) {
 TEST_F(Service, ToPamDestroysTheMessageAfterTheSlot) {
     Install();
     calls.result = 8;
-    EXPECT_EQ(DOM_CfgThrSendMsgToPam(3, Message()), 8u);
+    TLV_MSG* msg = Message();
+    EXPECT_EQ(DOM_CfgThrSendMsgToPam(3, msg), 8u);
     EXPECT_EQ(calls.arguments, (std::vector<uint64_t>{14, 3}));
+    EXPECT_EQ(calls.msg, msg);
+    EXPECT_EQ(calls.live_messages, 1);
     EXPECT_EQ(fake::LiveMessages(), 0);
 }
 
@@ -210,6 +235,7 @@ TEST_F(Service, BatchWithNegativeDescriptorGoesToTheCfgThreadFromEveryRole) {
         TLV_MSG* msg = Message();
         EXPECT_EQ(DOM_BatchSyncCfgType(msg, -1), 21u);
         EXPECT_EQ(calls.arguments, (std::vector<uint64_t>{12, 5, 4}));
+        EXPECT_EQ(calls.msg, msg);
         TLV_Destroy(msg);
     }
 }
@@ -232,6 +258,14 @@ TEST_F(Service, BatchOnAWorkingThreadIsWrittenToTheDescriptor) {
     EXPECT_EQ(flushes[0].fd, 6);
     EXPECT_EQ(flushes[0].wait, 0xEA60u);
     EXPECT_EQ(fake::LiveMessages(), 0);
+}
+
+TEST_F(Service, BatchDescriptorZeroIsADescriptor) {
+    Install();
+    EXPECT_EQ(DOM_BatchSyncCfgType(Message(), 0), DOM_OK);
+    ASSERT_EQ(fake::FlushCalls().size(), 1u);
+    EXPECT_EQ(fake::FlushCalls()[0].fd, 0);
+    EXPECT_TRUE(calls.arguments.empty());
 }
 
 TEST_F(Service, BatchWriteSucceedsByTheLowSixteenBits) {

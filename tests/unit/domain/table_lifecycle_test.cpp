@@ -148,9 +148,12 @@ TEST_F(TableLifecycle, EveryHashTableThatFailsFailsTheInit) {
         Role internal = CurrentRole();
         for (int n = 1; n <= 3; ++n) {  // policies, profiles, bindings
             memset(&Limits(internal), 0, sizeof(SessionLimits));
+            uint64_t before = fake::Count(fake::Event::kHashCreate);
             fake::FailHashCreate(n);
             EXPECT_EQ(DOM_DomainInfoTableInit(), DOM_ERR_FAILED) << n;
             EXPECT_TRUE(fake::Tripped());
+            // the later steps run all the same
+            EXPECT_EQ(fake::Count(fake::Event::kHashCreate), before + 3) << n;
             EXPECT_TRUE(IsTornDown(internal)) << n;
             EXPECT_TRUE(LimitsAreFilled(internal)) << n;
         }
@@ -163,9 +166,13 @@ TEST_F(TableLifecycle, EveryLockThatFailsFailsTheInit) {
     for (auto [role, locks] : {std::pair{fake::kWorkingRole, 6}, std::pair{fake::kConfigRole, 4}}) {
         fake::ScopedRole scoped(role);
         for (int n = 1; n <= locks; ++n) {
+            uint64_t before = fake::Count(fake::Event::kLockInit);
             fake::FailLockInit(n);
             EXPECT_EQ(DOM_DomainInfoTableInit(), DOM_ERR_FAILED) << role << ' ' << n;
             EXPECT_TRUE(fake::Tripped());
+            // the later steps run all the same
+            EXPECT_EQ(fake::Count(fake::Event::kLockInit), before + static_cast<uint64_t>(locks));
+            EXPECT_TRUE(LimitsAreFilled(CurrentRole())) << n;
             EXPECT_TRUE(IsTornDown(CurrentRole())) << n;
         }
         fake::FailLockInit(locks + 1);
@@ -196,6 +203,35 @@ TEST_F(TableLifecycle, FindAfterFiniFindsNothing) {
     EXPECT_EQ(DOM_GetFirstDomain(), nullptr);
     EXPECT_EQ(DOM_MibGetFirstDomain(), nullptr);
     EXPECT_EQ(DOM_NetConfGetFirstDomain(), nullptr);
+}
+
+TEST_F(TableLifecycle, WithoutAServiceTableTheWorkingRolesTablesAreUsed) {
+    ASSERT_EQ(fake::InitBothRoles(), 0u);
+    fake::ScopedRole config(fake::kConfigRole);
+    DOM_ResetAAADService();
+    EXPECT_EQ(DOM_AddDomainByName("a"), DOM_ADD_OK);
+    EXPECT_EQ(CountOf(Role::kWorking), 1u);
+    EXPECT_EQ(CountOf(Role::kConfig), 0u);
+    fake::FiniBothRoles();
+}
+
+TEST_F(TableLifecycle, DefaultsOfRecordsAreReadAndWrittenWithoutALock) {
+    DOM_SetUserRecordEnableDefault(0xFFFFFFFF);
+    EXPECT_EQ(DOM_GetUserRecordEnableDefault(), 0xFFFFFFFFu);
+    DOM_SetUserRecordBackupMethodDefault(0xFFFFFFFF);
+    EXPECT_EQ(DOM_GetUserRecordBackupMethodDefault(), 0u);
+    EXPECT_EQ(fake::Count(fake::Event::kLock), 0u);
+}
+
+TEST_F(TableLifecycle, BackupFlagsAreTheCallingRoles) {
+    DOM_SetUserRecordBackupMethodDefault(7);
+    ASSERT_EQ(DOM_InitRecordBackupInfo(), 0u);
+    EXPECT_EQ(BackupOf(Role::kConfig).methods.online_fail, 0);
+    EXPECT_EQ(fake::InRole(fake::kConfigRole, [] { return DOM_InitRecordBackupInfo(); }), 0u);
+    EXPECT_EQ(BackupOf(Role::kConfig).methods.online_fail, 1);
+    EXPECT_EQ(DOM_FiniRecordBackupInfo(), 0u);
+    EXPECT_EQ(BackupOf(Role::kConfig).methods.online_fail, 1);
+    EXPECT_EQ(fake::InRole(fake::kConfigRole, [] { return DOM_FiniRecordBackupInfo(); }), 0u);
 }
 
 TEST_F(TableLifecycle, SwitchesFollowTheEnableDefaultOfExactlyOne) {
@@ -278,14 +314,39 @@ TEST_F(TableLifecycle, ForceInitLockMakesBothWorkingMutexesNew) {
     fake::FiniBothRoles();
 }
 
+// Both are held here as by a thread that is gone; afterwards both can be locked again.
+TEST_F(TableLifecycle, ForceInitLockFreesMutexesThatNobodyWillRelease) {
+    ASSERT_EQ(fake::InitBothRoles(), 0u);
+    {
+        fake::Quiet uncounted;
+        (void)DOM_DomainInfoTableLock();
+        (void)NasIdBindings(Role::kWorking).mutex.Lock();
+    }
+    EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);
+    EXPECT_EQ(DOM_DomainInfoTableLock(), 0u);
+    EXPECT_EQ(DOM_DomainInfoTableUnlock(), 0u);
+    EXPECT_EQ(NasIdBindings(Role::kWorking).mutex.Lock(), 0);
+    EXPECT_EQ(NasIdBindings(Role::kWorking).mutex.Unlock(), 0);
+    fake::FiniBothRoles();
+}
+
 TEST_F(TableLifecycle, ForceInitLockReportsOnTheSecondMutexOnly) {
     ASSERT_EQ(fake::InitBothRoles(), 0u);
+    // A mutex that is locked cannot be destroyed, which makes the two outcomes differ.
+    Mutex& table = Domains(Role::kWorking).mutex;
+    Mutex& bindings = NasIdBindings(Role::kWorking).mutex;
+    (void)table.Lock();
     fake::FailLockInit(1);
     EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);
     EXPECT_TRUE(fake::Tripped());
-    EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);  // usable again
+    (void)table.Unlock();
+    (void)bindings.Lock();
     fake::FailLockInit(2);
-    EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);  // the result of the destruction
+    EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), static_cast<uint32_t>(EBUSY));
+    EXPECT_TRUE(fake::Tripped());
+    (void)bindings.Unlock();
+    fake::FailLockInit(2);
+    EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);  // the destruction's result
     EXPECT_TRUE(fake::Tripped());
     EXPECT_EQ(DOM_DomainInfoTbl_ForceInitLock(), 0u);
     fake::FiniBothRoles();

@@ -1,3 +1,5 @@
+#include <aaadom/database.h>
+#include <aaadom/db_layout.h>
 #include <aaadom/method_list.h>
 
 #include <cstring>
@@ -227,8 +229,23 @@ TEST_F(DomainTest, DeletionOfAnUnknownDomainIsNoError) {
 
 TEST_F(DomainTest, DeletionWithTheDatabaseFailsWithoutADatabase) {
     Add("a");
-    EXPECT_NE(DOM_DeleteDomainAndDBByName("a", 1), 0u);
+    EXPECT_EQ(DOM_DeleteDomainAndDBByName("a", 1), 1u);
     EXPECT_EQ(DOM_IsDomainExist("a"), 0u);  // gone from the table all the same
+}
+
+TEST_F(DomainTest, DeletionWithTheDatabaseDeletesTheSlotsElement) {
+    for (const char* name : {"a", "b", "c"}) Add(name);
+    DBM_HANDLE handle = DOM_CreateDomainDBM();
+    DOM_SetDomainDBMHandle(handle);
+    fake::ClearDbmCalls();
+    EXPECT_EQ(DOM_DeleteDomainAndDBByName("B", 1), 0u);
+    auto calls = fake::DbmCalls();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].key, DOM_DB_KEY_DOMAINS);
+    EXPECT_EQ(calls[0].index, 1);
+    EXPECT_EQ(calls[0].value_length, 0u);
+    DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
+    DBM_Close(handle);
 }
 
 TEST_F(DomainTest, DatabaseIsAskedForTheFlagOneOnly) {

@@ -1,3 +1,5 @@
+#include <aaadom/method_list.h>
+
 #include <cstring>
 #include <string>
 
@@ -44,8 +46,18 @@ TEST_F(RowManagement, ExistingNameInOtherCaseFails) {
 TEST_F(RowManagement, DefaultListsReplaceTheRecordsOwn) {
     DomainInfo* record = Record("a");
     record->method_lists[0][5]->methods[0].method_kind = METHOD_SCHEME_2;
+    for (uint32_t row : {4u, 5u}) {  // a record may come without them
+        DOM_DestroyMethodList(record->method_lists[row][5]);
+        record->method_lists[row][5] = nullptr;
+    }
     EXPECT_EQ(DOM_MibAddDomain(record), DOM_ADD_OK);
-    EXPECT_EQ(record->method_lists[0][5]->methods[0].method_kind, 4u);
+    for (uint32_t row : {0u, 4u, 5u}) {
+        ASSERT_NE(record->method_lists[row][5], nullptr);
+        EXPECT_EQ(record->method_lists[row][5]->aaa_type, row);
+        EXPECT_EQ(record->method_lists[row][5]->service, 5u);
+        EXPECT_EQ(record->method_lists[row][5]->methods[0].method_kind, 4u);
+        EXPECT_EQ(record->method_lists[row][5]->methods[1].method_kind, 0u);
+    }
 }
 
 TEST_F(RowManagement, RoomIsJudgedByTheWorkingRolesCount) {
@@ -53,7 +65,16 @@ TEST_F(RowManagement, RoomIsJudgedByTheWorkingRolesCount) {
     DomainInfo* record = Record("a");
     EXPECT_EQ(InConfig([&] { return DOM_MibAddDomain(record); }), DOM_ADD_TABLE_FULL);
     EXPECT_EQ(fake::HeldLocks(), 0);
-    DOM_DestroyDomain(record);
+    SetWorkingCount(1023);
+    EXPECT_EQ(InConfig([&] { return DOM_MibAddDomain(record); }), DOM_ADD_OK);
+}
+
+TEST_F(RowManagement, RoomForANameIsJudgedByTheCallingRolesCount) {
+    SetWorkingCount(1024);
+    EXPECT_EQ(InConfig([] { return Add("a"); }), DOM_ADD_OK);
+    EXPECT_EQ(Add("a"), DOM_ADD_TABLE_FULL);
+    SetWorkingCount(1025);
+    EXPECT_EQ(Add("a"), DOM_ADD_TABLE_FULL);
 }
 
 TEST_F(RowManagement, ExistingComesBeforeFull) {

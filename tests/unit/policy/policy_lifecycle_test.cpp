@@ -93,6 +93,17 @@ TEST_F(PolicyLifecycle, ConfigurationRoleTakesNoLock) {
     EXPECT_EQ(fake::Count(fake::Event::kLockInit), 0u);
 }
 
+TEST_F(PolicyLifecycle, WorkingRoleChangesItsStoresUnderTheirMutexes) {
+    DOM_ita_policy_Init();
+    EXPECT_EQ(fake::Count(fake::Event::kLock), 0u);
+    DOM_Rec_policy_Init();
+    EXPECT_EQ(fake::Count(fake::Event::kLock), 1u);
+    DOM_Rec_policy_Fini();
+    EXPECT_EQ(fake::Count(fake::Event::kLock), 2u);
+    DOM_ita_policy_Fini();
+    EXPECT_EQ(fake::Count(fake::Event::kLock), 3u);
+}
+
 TEST_F(PolicyLifecycle, MethodsOfAnAbsentPolicyFail) {
     MethodList list;
     memset(&list, 0x5A, sizeof list);
@@ -156,8 +167,8 @@ TEST_F(PolicyLifecycle, RecordingInitForgetsAndFiniFrees) {
     for (uint32_t role : {fake::kWorkingRole, fake::kConfigRole}) {
         const fake::ScopedRole scoped(role);
         RecPolicy*& slot = RecPolicySlot(CurrentRole(), kRecPolicyConnection);
-        RecPolicy kept{};
-        slot = &kept;
+        RecPolicy former{};
+        slot = &former;
         EXPECT_EQ(DOM_Rec_policy_Init(), DOM_OK);
         EXPECT_EQ(slot, nullptr);
         slot = static_cast<RecPolicy*>(calloc(1, sizeof(RecPolicy)));
@@ -167,8 +178,8 @@ TEST_F(PolicyLifecycle, RecordingInitForgetsAndFiniFrees) {
 }
 
 TEST_F(PolicyLifecycle, RecordingInitEmptiesTheSlotAlsoWithoutAMutex) {
-    RecPolicy kept{};
-    RecPolicySlot(Role::kWorking, 0) = &kept;
+    RecPolicy former{};
+    RecPolicySlot(Role::kWorking, 0) = &former;
     fake::FailLockInit(1);
     EXPECT_EQ(DOM_Rec_policy_Init(), DOM_ERR_FAILED);
     EXPECT_EQ(RecPolicySlot(Role::kWorking, 0), nullptr);

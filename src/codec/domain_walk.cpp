@@ -1,6 +1,7 @@
 #include "codec/domain_walk.h"
 
 #include <aaadom/domain.h>
+#include <aaadom/method_list.h>
 #include <aaadom/results.h>
 
 #include "base/text.h"
@@ -10,10 +11,15 @@
 namespace aaadom {
 namespace {
 
-/// Whether the list in which rows are walked holds no domain. The list is the working role's, and a
-/// walk finds nothing in it also when the calling role does not know its domains; the working
-/// role's count tells the two apart. Takes the table lock itself.
+/// Whether the list in which rows are walked holds no domain. It is the working role's list, and a
+/// walk finds nothing in it also when the calling role does not know its domains. A list that has
+/// scheme rows holds a domain even when none is counted: replacing a record under another name
+/// leaves the former name in the list. Takes the table lock itself.
 bool IsRowOrderEmpty() noexcept {
+    {
+        const TableLock lock;
+        if (DOM_IsSchemeTableNull() == 0) return false;
+    }
     uint32_t count = 0;
     return DOM_GetDomainCount(&count) == DOM_OK && count == 0;
 }

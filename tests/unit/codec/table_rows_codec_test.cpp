@@ -4,6 +4,10 @@
 #include <aaadom/domain_table.h>
 #include <aaadom/method_list.h>
 
+#include <chrono>
+#include <functional>
+#include <future>
+
 #include "fakes/role.h"
 #include "unit/codec/codec_test_support.h"
 
@@ -53,6 +57,42 @@ TEST_F(Rows, SchemeRowOrder) {
     ExpectEveryFailureGivesNull([] { return DOM_EncodeDomainSchemeFlag(1, "d", 4, 5, 3, 2, "s"); });
     EXPECT_EQ(DOM_EncodeDomainSchemeFlag(1, nullptr, 4, 5, 3, 2, "s"), nullptr);
     EXPECT_EQ(DOM_EncodeDomainSchemeFlag(1, "d", 4, 5, 3, 2, nullptr), nullptr);
+}
+
+TEST_F(Rows, LongNamesOfRowsAreCutBeforeTheyAreSent) {
+    const std::string name(300, 'd');
+    const std::string scheme(300, 's');
+    const TlvPtr domain(DOM_EncodeDomainInfo(name.c_str(), 1, 4));
+    EXPECT_EQ(TextOf(domain.get(), DOM_TLV_DOMAIN_NAME), std::string(255, 'd'));
+    const TlvPtr row(DOM_EncodeDomainSchemeFlag(0, name.c_str(), 4, 5, 3, 2, scheme.c_str()));
+    EXPECT_EQ(TextOf(row.get(), DOM_TLV_DOMAIN_NAME), std::string(255, 'd'));
+    EXPECT_EQ(TextOf(row.get(), DOM_TLV_SCHEME_NAME), std::string(32, 's'));
+}
+
+TEST_F(Rows, SchemeNameIsCutTo32Characters) {
+    Message msg(15);
+    msg.Text(DOM_TLV_DOMAIN_NAME, "d").Text(DOM_TLV_SCHEME_NAME, std::string(300, 's'));
+    MibSchemeRow row{};
+    ASSERT_EQ(DOM_DecodeMibSchemeTable(msg.get(), &row), DOM_OK);
+    EXPECT_EQ(std::string(row.scheme_name), std::string(32, 's'));
+}
+
+TEST_F(Rows, DamagedRowsNeverHurt) {
+    const TlvPtr domain(DOM_EncodeDomainInfoFlag(1, "isp", 2, 4));
+    const TlvPtr scheme(DOM_EncodeDomainSchemeFlag(1, "isp", 4, 5, 3, 2, "s"));
+    for (TLV_MSG* row : {domain.get(), scheme.get()}) {
+        ForEveryDamage(row, [](TLV_MSG* damaged) {
+            DomainMibRow domain_row;
+            uint64_t flags;
+            (void)DOM_DecodeDomainInfoTable(damaged, &domain_row, &flags);
+            EXPECT_LT(strnlen(domain_row.domain_name, sizeof domain_row.domain_name),
+                      sizeof domain_row.domain_name);
+            MibSchemeRow scheme_row{};
+            (void)DOM_DecodeMibSchemeTable(damaged, &scheme_row);
+            EXPECT_LT(strnlen(scheme_row.scheme_name, sizeof scheme_row.scheme_name),
+                      sizeof scheme_row.scheme_name);
+        });
+    }
 }
 
 TEST_F(Rows, SchemeRowKeepsThePresetsOfWhatIsMissing) {
@@ -128,6 +168,33 @@ TEST_F(Walks, EveryFailureGivesNullAndReleasesTheLock) {
     EXPECT_EQ(fake::HeldLocks(), 0);
 }
 
+// A thread that holds the table mutex keeps every encoder of the table out, and no decoder.
+TEST_F(Walks, EncodersOfTheTableWaitForItsLockAndDecodersDoNot) {
+    Add("isp");
+    const TlvPtr record(DOM_EncodeDomain("isp"));
+    const std::vector<std::function<TLV_MSG*()>> encoders = {
+        [] { return DOM_EncodeDomain("isp"); },
+        [] { return DOM_EncodeNextDomain("", nullptr); },
+        [] { return DOM_EncodeMIBNextDomain("", 0, nullptr); },
+        [] { return DOM_EncodeNetConfNextDomain("", nullptr); },
+        [] { return DOM_EncodeMibSchemeTable(nullptr); },
+        [] { return DOM_EncodeMibNextSchemeTable("isp", 3, 1, nullptr); },
+    };
+    for (size_t i = 0; i < encoders.size(); ++i) {
+        ASSERT_EQ(DOM_DomainInfoTableLock(), 0u);
+        auto encoded = std::async(std::launch::async, [&] { return TlvPtr(encoders[i]()); });
+        EXPECT_EQ(encoded.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout)
+            << "encoder " << i;
+        ASSERT_EQ(DOM_DomainInfoTableUnlock(), 0u);
+        EXPECT_NE(encoded.get(), nullptr) << "encoder " << i;
+    }
+    ASSERT_EQ(DOM_DomainInfoTableLock(), 0u);
+    DomainInfo* decoded = DOM_DecodeDomain(record.get());
+    ASSERT_EQ(DOM_DomainInfoTableUnlock(), 0u);
+    EXPECT_NE(decoded, nullptr);
+    DOM_DestroyDomain(decoded);
+}
+
 TEST_F(Walks, TableOrderIsSlotOrderAndOneBufferServesBothNames) {
     for (const char* name : {"c", "aa", "b"}) Add(name);
     char cursor[DOM_NAME_SIZE] = "";
@@ -181,6 +248,24 @@ TEST_F(Walks, EndOfARowWalkKeeps9AndOnlyAnEmptyListGives8) {
 TEST_F(Walks, RowWalkOfARoleThatLacksTheDomainKeeps9) {
     Add("working-only");
     const fake::ScopedRole scoped(fake::kConfigRole);
+    EXPECT_EQ(DOM_EncodeMIBNextDomain("", 0, &status), nullptr);
+    EXPECT_EQ(status, 9u);
+}
+
+// Replacing a record under another name leaves the former name in the order, so the order is not
+// empty when the last counted domain is gone.
+TEST_F(Walks, NameLeftInTheOrderKeeps9WithoutAnyDomain) {
+    Add("former");
+    DomainInfo* successor = DOM_CreateDomain();
+    strcpy(successor->name, "successor");
+    successor->slot = 0;
+    ASSERT_EQ(DOM_DomainInfoTableLock(), 0u);
+    ASSERT_EQ(DOM_UpdateDomain(successor), DOM_OK);
+    ASSERT_EQ(DOM_DomainInfoTableUnlock(), 0u);
+    ASSERT_EQ(DOM_DeleteDomainAndDBByName("successor", 0), DOM_OK);
+    uint32_t count = 77;
+    ASSERT_EQ(DOM_GetDomainCount(&count), DOM_OK);
+    ASSERT_EQ(count, 0u);
     EXPECT_EQ(DOM_EncodeMIBNextDomain("", 0, &status), nullptr);
     EXPECT_EQ(status, 9u);
 }

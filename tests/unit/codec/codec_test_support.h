@@ -121,6 +121,23 @@ void ExpectEveryFailureGivesNull(Encode&& encode) {
     sweep(fake::Event::kMessage);
 }
 
+/// Calls `decode(TLV_MSG*)` with every message that differs from `msg` in one damaged byte or that
+/// is cut short; images that are no message any more give null.
+template <typename Decode>
+void ForEveryDamage(TLV_MSG* msg, Decode&& decode) {
+    const std::string image = fake::ImageOf(msg);
+    for (size_t at = 0; at < image.size(); ++at) {
+        for (const uint8_t flip : {0x01, 0x80, 0xFF}) {
+            std::string damaged = image;
+            damaged[at] = static_cast<char>(damaged[at] ^ flip);
+            const TlvPtr received(fake::Parse(damaged));
+            decode(received.get());
+        }
+        const TlvPtr cut(fake::Parse(image.substr(0, at)));
+        decode(cut.get());
+    }
+}
+
 /// Resets the fake; at the end no message lives and nothing was misused.
 class CodecTest : public testing::Test {
   protected:

@@ -367,15 +367,8 @@ TEST_F(DomainRecord, AllocationFailureOfTheDecoderGivesNullAndLeaksNothing) {
 
 TEST_F(DomainRecord, DamagedImagesNeverHurt) {
     record_->service_extras[5] = Entry(1, "x");
-    std::string image = fake::ImageOf(Encoded().get());
-    for (size_t at = 0; at < image.size(); ++at) {
-        for (const uint8_t flip : {0x01, 0x80, 0xFF}) {
-            std::string damaged = image;
-            damaged[at] = static_cast<char>(damaged[at] ^ flip);
-            const TlvPtr msg(fake::Parse(damaged));
-            DOM_DestroyDomain(DOM_DecodeDomain(msg.get()));
-        }
-    }
+    ForEveryDamage(Encoded().get(),
+                   [](TLV_MSG* damaged) { DOM_DestroyDomain(DOM_DecodeDomain(damaged)); });
 }
 
 // --- attributes
@@ -532,6 +525,17 @@ TEST_F(Attributes, MessageNeedsKindNameAndAttributes) {
         EXPECT_EQ(memcmp(&attr, &before, sizeof attr), 0);
     }
     EXPECT_EQ(DOM_DecodeAuthorAttr(nullptr, nullptr, 256, nullptr, nullptr), DOM_ERR_FAILED);
+}
+
+TEST_F(Attributes, DamagedImagesNeverHurt) {
+    strcpy(attr.kind26_text, "portal");
+    const TlvPtr msg(DOM_EncodeAuthorAttr(26, "d", &attr));
+    ForEveryDamage(msg.get(), [](TLV_MSG* damaged) {
+        uint32_t kind;
+        char name[8];
+        AuthorAttr decoded = DefaultAttributes();
+        (void)DOM_DecodeAuthorAttr(damaged, &kind, sizeof name, name, &decoded);
+    });
 }
 
 TEST_F(Attributes, EveryFailureGivesNull) {

@@ -264,6 +264,31 @@ TEST_F(NetworkItem, MissingNameEmptiesTheName) {
     EXPECT_EQ(items[0].method_kind, 0u);
 }
 
+TEST_F(NetworkItem, FullUnterminatedNameIsSentAs33Bytes) {
+    MethodEntry item = Entry(1);
+    memset(item.scheme_name, 'x', DOM_SCHEME_NAME_SIZE);
+    Message msg;
+    ASSERT_EQ(DOM_EncapMethodToTLVItem(0, &item, msg.get()), DOM_OK);
+    EXPECT_EQ(aaadom::FindTlv(msg.get(), DOM_ITEM_TLV_NAME).Length(), 33u);
+    ASSERT_EQ(DOM_DecapTLVItemToMethod(msg.get(), items), DOM_OK);
+    EXPECT_EQ(std::string(items[0].scheme_name), std::string(32, 'x'));
+}
+
+TEST_F(NetworkItem, DamagedImagesNeverHurt) {
+    const MethodEntry item = Entry(1, "scheme", 2);
+    Message msg;
+    ASSERT_EQ(DOM_EncapMethodToTLVItem(3, &item, msg.get()), DOM_OK);
+    ForEveryDamage(msg.get(), [](TLV_MSG* damaged) {
+        struct {
+            MethodEntry items[DOM_METHODS];
+            MethodEntry guard;
+        } block{};
+        (void)DOM_DecapTLVItemToMethod(damaged, block.items);
+        const MethodEntry empty{};
+        EXPECT_EQ(memcmp(&block.guard, &empty, sizeof empty), 0);
+    });
+}
+
 TEST_F(NetworkItem, NullArgumentsFail) {
     const MethodEntry item{};
     Message msg;

@@ -215,6 +215,18 @@ TEST_P(NamedMessage, FirstNameCounts) {
     EXPECT_STREQ(name, "first");
 }
 
+TEST_P(NamedMessage, DamagedImagesNeverHurt) {
+    const TlvPtr msg(shape().encode("isp"));
+    ForEveryDamage(msg.get(), [&](TLV_MSG* damaged) {
+        char name[3] = {'#', '#', '#'};
+        const uint32_t result = shape().decode(damaged, 2, name);
+        EXPECT_EQ(name[2], '#');
+        if (result == DOM_OK) {
+            EXPECT_LT(strnlen(name, 2), 2u);
+        }
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Shapes, NamedMessage, testing::Range<size_t>(0, NamedShapes().size()),
                          [](const testing::TestParamInfo<size_t>& info) {
                              return "Code" + std::to_string(NamedShapes()[info.param].code);
@@ -419,6 +431,35 @@ TEST_F(Values, MethodListOutsideTheGridFails) {
     }
 }
 
+TEST_F(Values, MethodListWithAnItemThatIsNoMessageFailsUntouched) {
+    for (const uint16_t type : {DOM_TLV_METHOD_ITEM, DOM_TLV_EXTRA_ITEM}) {
+        Message msg(4);
+        msg.Text(DOM_TLV_DOMAIN_NAME, "d").Raw(type, "no message");
+        MethodList list;
+        memset(&list, 0x11, sizeof list);
+        MethodEntry extra;
+        memset(&extra, 0x11, sizeof extra);
+        EXPECT_EQ(DOM_DecodeMethList(msg.get(), sizeof name, name, &list, &extra), DOM_ERR_FAILED);
+        EXPECT_EQ(list.aaa_type, 0x11111111u) << "the list was touched";
+        EXPECT_EQ(extra.method_kind, 0x11111111u) << "the extra item was touched";
+    }
+}
+
+TEST_F(Values, MethodListStartsFromZeros) {
+    Message msg(4);
+    msg.Text(DOM_TLV_DOMAIN_NAME, "d").U32(DOM_TLV_SERVICE, 11);
+    MethodList list;
+    memset(&list, 0x11, sizeof list);
+    MethodEntry extra;
+    memset(&extra, 0x11, sizeof extra);
+    EXPECT_EQ(DOM_DecodeMethList(msg.get(), sizeof name, name, &list, &extra), DOM_OK);
+    MethodList want{};
+    want.service = 11;
+    EXPECT_EQ(memcmp(&list, &want, sizeof want), 0);
+    const MethodEntry empty{};
+    EXPECT_EQ(memcmp(&extra, &empty, sizeof empty), 0);
+}
+
 TEST_F(Values, MethodListNeedsNameAndList) {
     EXPECT_EQ(DOM_EncodeMethList("d", nullptr, nullptr), nullptr);
     MethodList list{};
@@ -470,6 +511,28 @@ TEST_F(ProfileReport, OrderAndEntries) {
     EXPECT_EQ(DOM_EncodeAAAAuthorProfile(nullptr), nullptr);
     profile.entry_count = DOM_AUTHOR_ENTRY_MAX + 1;
     EXPECT_EQ(DOM_EncodeAAAAuthorProfile(&profile), nullptr);
+}
+
+TEST_F(ProfileReport, ReportWithoutAProfileNameIsRefusedAndCleared) {
+    Message msg(159);
+    msg.U32(DOM_TLV_AUTHOR_SEGMENT_ID, 7);
+    AAAAuthorProfile profile;
+    memset(&profile, 0x11, sizeof profile);
+    EXPECT_EQ(DOM_DecodeAAAAuthorProfile(msg.get(), &profile), DOM_ERR_FAILED);
+    const AAAAuthorProfile empty{};
+    EXPECT_EQ(memcmp(&profile, &empty, sizeof empty), 0);
+}
+
+TEST_F(ProfileReport, DamagedImagesNeverHurt) {
+    AAAAuthorProfile profile{};
+    strcpy(profile.profile_name, "p");
+    profile.entry_count = 1;
+    const TlvPtr msg(DOM_EncodeAAAAuthorProfile(&profile));
+    ForEveryDamage(msg.get(), [](TLV_MSG* damaged) {
+        AAAAuthorProfile decoded;
+        (void)DOM_DecodeAAAAuthorProfile(damaged, &decoded);
+        EXPECT_LE(decoded.entry_count, 1u);
+    });
 }
 
 TEST_F(ProfileReport, SurplusEntriesAreIgnored) {

@@ -9,12 +9,15 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
+/** Length of TLV 435, one list entry of code 159, in bytes. */
 #define DOM_AUTHOR_ENTRY_SIZE 100u
+/** Most entries of one authorization profile. */
 #define DOM_AUTHOR_ENTRY_MAX 128u
 
-/** One list entry of an authorization profile as code 159 reports it. */
+/** One list entry of an authorization profile as code 159 reports it. Texts have at most 31
+ * characters and the terminator. */
 typedef struct AAAAuthorEntry {
-    uint32_t number;
+    uint32_t number; /* host byte order; big-endian on the wire */
     char text1[32];
     char text2[32];
 } AAAAuthorEntry;
@@ -33,8 +36,8 @@ typedef struct AAAAuthorProfile {
  * 375, 376, 415, 358, 411, one 7 for each method list (rows 0 to 5, columns 0 to 11) and 24.
  * Stored as database type 1.
  * @param name  Domain name in any case, borrowed.
- * @return returned, destroy with TLV_Destroy; null for an unknown domain and when memory is
- *         short.
+ * @return returned, destroy with TLV_Destroy; null for an unknown or null domain and when memory
+ *         is short.
  * @thread any; takes the calling role's table lock, the caller holds none.
  */
 TLV_MSG* DOM_EncodeDomain(const char* name) AAADOM_NOEXCEPT;
@@ -176,9 +179,8 @@ TLV_MSG* DOM_EncodeMibNextSchemeTable(const char* domain, uint32_t name_length,
 uint32_t DOM_DecodeMibSchemeTable(TLV_MSG* msg, MibSchemeRow* row) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the key of a scheme row: message code 13, TLVs 2, 31, 30.
- * @param domain  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *                reader cuts a longer one.
+ * Encodes the key of a scheme row: code 13, TLVs 2, 31, 30.
+ * @param domain  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param name_length  Its length.
  * @param scheme_index  From 1 upward.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
@@ -202,9 +204,8 @@ uint32_t DOM_DecodeSchemeIndex(TLV_MSG* msg, uint32_t size, char* domain, uint32
                                uint32_t* scheme_index) AAADOM_NOEXCEPT;
 
 /**
- * Encodes a domain name, to create, delete or get that domain: message code 3, TLVs 2.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes a domain name, to create, delete or get that domain: code 3, TLV 2.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
  */
@@ -222,9 +223,8 @@ TLV_MSG* DOM_EncodeDomainName(const char* name) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeDomainName(TLV_MSG* msg, uint32_t size, char* name) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the domain name of a get-next request: message code 165, TLVs 2.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the domain name of a get-next request: code 165, TLV 2.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
  */
@@ -242,9 +242,8 @@ TLV_MSG* DOM_EncodeDomainNameInfo(const char* name) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeDomainNameInfo(TLV_MSG* msg, uint32_t size, char* name) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the key of a domain row: message code 12, TLVs 2, 31.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the key of a domain row: code 12, TLVs 2, 31.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param name_length  Length of the name, carried unchanged.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -265,9 +264,8 @@ uint32_t DOM_DecodeDomainNameAndLen(TLV_MSG* msg, uint32_t size, char* name,
                                     uint32_t* name_length) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the default domain; stored as database type 2: message code 1, TLVs 2, 18.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the default domain: code 1, TLVs 2, 18. Stored as database type 2.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param value_18  Carried for the front ends; the library sends 0 and never looks at it.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -275,7 +273,7 @@ uint32_t DOM_DecodeDomainNameAndLen(TLV_MSG* msg, uint32_t size, char* name,
 TLV_MSG* DOM_EncodeDefaultDomain(const char* name, uint32_t value_18) AAADOM_NOEXCEPT;
 
 /**
- * Reads the default domain; stored as database type 2 (code 1; the code itself is not looked at).
+ * Reads the default domain (code 1; the code itself is not looked at).
  * Takes the first TLV of each type.
  * @param msg  borrowed.
  * @param size  Capacity of `name` in bytes, 256 takes every name; a longer name is cut. 0 fails.
@@ -288,16 +286,15 @@ uint32_t DOM_DecodeDefaultDomain(TLV_MSG* msg, uint32_t size, char* name,
                                  uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the unknown domain; stored as database type 6: message code 18, TLVs 37.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the unknown domain: code 18, TLV 37. Stored as database type 6.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
  */
 TLV_MSG* DOM_EncodeUnknownDomain(const char* name) AAADOM_NOEXCEPT;
 
 /**
- * Reads the unknown domain; stored as database type 6 (code 18; the code itself is not looked
+ * Reads the unknown domain (code 18; the code itself is not looked
  * at). Takes the first TLV of each type.
  * @param msg  borrowed.
  * @param size  Capacity of `name` in bytes, 256 takes every name; a longer name is cut. 0 fails.
@@ -308,9 +305,10 @@ TLV_MSG* DOM_EncodeUnknownDomain(const char* name) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeUnknownDomain(TLV_MSG* msg, uint32_t size, char* name) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the device-wide settings: message code 29, TLVs 2, 37, 49, 18.
- * @param default_name  Default domain, borrowed.
- * @param unknown_name  Unknown domain, borrowed.
+ * Encodes the device-wide settings: code 29, TLVs 2, 37, 49, 18.
+ * @param default_name  Default domain, borrowed; empty when there is none; sent whole, readers keep
+ *                      255 characters.
+ * @param unknown_name  Unknown domain, likewise.
  * @param device_id  Device identifier.
  * @param value_18  Carried for the front ends; the library sends 0 and never looks at it.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
@@ -337,9 +335,9 @@ uint32_t DOM_DecodeGlobalDomain(TLV_MSG* msg, uint32_t default_size, char* defau
                                 uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the number of domains: message code 2, TLVs 14.
+ * Encodes the number of domains: code 2, TLV 14.
  * @param count  Number of domains.
- * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
+ * @return returned, destroy with TLV_Destroy; null when memory is short.
  * @thread any; takes no lock.
  */
 TLV_MSG* DOM_EncodeDomainCount(uint32_t count) AAADOM_NOEXCEPT;
@@ -357,8 +355,7 @@ uint32_t DOM_DecodeDomainCount(TLV_MSG* msg, uint32_t* count) AAADOM_NOEXCEPT;
 /**
  * Encodes one method list of a domain: code 4, TLVs 2, 8, 9, one 10 for each item up to the first
  * empty one, 50.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param list  borrowed; its own row and column travel unchecked.
  * @param extra  Extra item of the service column, borrowed; null sends an empty one.
  * @return returned, destroy with TLV_Destroy; null for a null name or list and when memory is
@@ -384,9 +381,8 @@ uint32_t DOM_DecodeMethList(TLV_MSG* msg, uint32_t size, char* name, MethodList*
                             MethodEntry* extra) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the state of a domain: message code 7, TLVs 2, 6.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the state of a domain: code 7, TLVs 2, 6.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param state  Carried as 32 bits.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -406,9 +402,8 @@ TLV_MSG* DOM_EncodeState(const char* name, uint16_t state) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeState(TLV_MSG* msg, uint32_t size, char* name, uint16_t* state) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the session time of a domain: message code 19, TLVs 2, 38.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the session time of a domain: code 19, TLVs 2, 38.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param session_time  Carried as 32 bits.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -491,8 +486,7 @@ uint32_t DOM_DecodeAllSessionLimit(TLV_MSG* msg, SessionLimits* limits) AAADOM_N
  * Encodes authorization attributes of a domain: code 11, TLVs 25, 2, 24. TLV 24 carries the whole
  * block, the kind tells which part counts.
  * @param kind  Attribute kind, 0 to 26; carried unchanged.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param attr  borrowed; its texts may fill their fields without a terminator.
  * @return returned, destroy with TLV_Destroy; null for null and when memory is short.
  * @thread any; takes no lock.
@@ -518,9 +512,8 @@ uint32_t DOM_DecodeAuthorAttr(TLV_MSG* msg, uint32_t* kind, uint32_t size, char*
 
 /**
  * Encodes the domain whose redirect is switched; the operation of the request says on or off:
- * message code 130, TLVs 2.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * code 130, TLV 2.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
  */

@@ -27,9 +27,8 @@ TLV_MSG* DOM_EncodeDeviceID(uint32_t device_id) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeDeviceID(TLV_MSG* msg, uint32_t* device_id) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the user address type of a domain: message code 21, TLVs 2, 51.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the user address type of a domain: code 21, TLVs 2, 51.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param user_addr_type  The type.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -50,9 +49,8 @@ uint32_t DOM_DecodeUserAddrType(TLV_MSG* msg, uint32_t size, char* name,
                                 uint32_t* user_addr_type) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the accounting dual-stack mode of a domain: message code 30, TLVs 2, 76.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the accounting dual-stack mode of a domain: code 30, TLVs 2, 76.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param mode  The mode.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -90,11 +88,11 @@ TLV_MSG* DOM_EncodeDebugFlag(uint32_t flag) AAADOM_NOEXCEPT;
 uint32_t DOM_DecodeDebugFlag(TLV_MSG* msg, uint32_t* flag) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the escape-recover action of a domain: message code 144, TLVs 2, 375, 376, 415, 18.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
+ * Encodes the escape-recover action of a domain: code 144, TLVs 2, 375, 376, 415, 18.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
  * @param setting  First setting, carried as 32 bits.
- * @param escape_domain  Domain name, borrowed; may be empty.
+ * @param escape_domain  Domain name, borrowed; may be empty; sent whole, readers keep 255
+ *                       characters.
  * @param second_setting  Second setting, carried as 32 bits.
  * @param value_18  Carried for the front ends; the library sends 0 and never looks at it.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
@@ -124,10 +122,10 @@ uint32_t DOM_DecodeAuthenEscapeRecover(TLV_MSG* msg, uint32_t size, char* name, 
                                        uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the permit domain of a domain: message code 143, TLVs 2, 374, 18.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
- * @param permit_domain  Domain name, borrowed; may be empty.
+ * Encodes the permit domain of a domain: code 143, TLVs 2, 374, 18.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
+ * @param permit_domain  Domain name, borrowed; may be empty; sent whole, readers keep 255
+ *                       characters.
  * @param value_18  Carried for the front ends; the library sends 0 and never looks at it.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.
  * @thread any; takes no lock.
@@ -152,10 +150,10 @@ uint32_t DOM_DecodeAuthRdFailPermitDomain(TLV_MSG* msg, uint32_t size, char* nam
                                           uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
- * Encodes the authentication-fail domain of a domain: message code 132, TLVs 2, 358, 18, 411.
- * @param name  Domain name, borrowed: at most 255 characters and the terminator travel; the
- *              reader cuts a longer one.
- * @param fail_domain  Domain name, borrowed; may be empty.
+ * Encodes the authentication-fail domain of a domain: code 132, TLVs 2, 358, 18, 411.
+ * @param name  Domain name, borrowed; sent whole, readers keep 255 characters.
+ * @param fail_domain  Domain name, borrowed; may be empty; sent whole, readers keep 255
+ *                     characters.
  * @param value_18  Carried for the front ends; the library sends 0 and never looks at it.
  * @param kind  Carried as 32 bits.
  * @return returned, destroy with TLV_Destroy; null for a null text and when memory is short.

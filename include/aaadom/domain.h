@@ -67,8 +67,8 @@ DomainInfo* DOM_FindDomainByName(const char* name) AAADOM_NOEXCEPT;
 
 /**
  * Tells whether the calling role has a domain of that name.
- * @param name  compared ignoring case.
- * @return 1 or 0.
+ * @param name  compared ignoring case; null does not exist.
+ * @return 1 when it has, else 0.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
 uint32_t DOM_IsDomainExist(const char* name) AAADOM_NOEXCEPT;
@@ -78,9 +78,10 @@ uint32_t DOM_IsDomainExist(const char* name) AAADOM_NOEXCEPT;
  * the count, and the first empty slot, whose number is written into the record. The caller has
  * tested before that no domain has the name and that a slot is empty: with no slot empty the lists
  * and the count change and the record is not stored.
- * @param record     consumed always: owned by the library, valid until it is deleted.
- * @param mib_node   consumed always; gets the record's name. Null leaves the domain out of the row
- * order.
+ * @param record     consumed on success: owned by the library, valid until it is deleted. With no
+ * slot empty it stays the caller's. Null changes nothing, and the node stays the caller's too.
+ * @param mib_node   consumed always, with a record; gets the record's name. Null leaves the domain
+ * out of the row order.
  * @param resources  borrowed; made for this record by DOM_CreateDomainSchemeResource. The nodes
  * that are handed over are removed from it; the caller destroys the rest.
  * @thread any; takes no lock: the caller holds the calling role's table mutex
@@ -90,8 +91,10 @@ void DOM_AddDomain(DomainInfo* record, ZorvDomain* mib_node,
                    SchemeResources* resources) AAADOM_NOEXCEPT;
 
 /**
- * Adds a domain with every default. The name is not validated; see DOM_CheckDomainName.
- * @param name  at most 255 characters are stored; longer input is cut.
+ * Adds a domain with every default. The name is not validated; see DOM_CheckDomainName. Requested
+ * with DOM_MSG_DOMAIN_NAME.
+ * @param name  at most 255 characters and the terminator; longer input is cut before it is looked
+ * up.
  * @return DOM_ADD_OK, also when the name exists already, ignoring case (nothing changes then);
  *         DOM_ADD_TABLE_FULL when the role has 1024 domains; DOM_ADD_FAILED when an allocation
  * failed (everything is undone) or the name is null.
@@ -100,10 +103,10 @@ void DOM_AddDomain(DomainInfo* record, ZorvDomain* mib_node,
 uint32_t DOM_AddDomainByName(const char* name) AAADOM_NOEXCEPT;
 
 /**
- * Adds a domain that a row request filled. Its lists of the default service are replaced by the
- * default lists first. Room is judged by the working role's count, whatever role calls; a
- * configuration role that is full itself while the working role is not counts and lists the domain
- * without storing it.
+ * Adds a domain that a row request (DOM_MSG_DOMAIN_ROW) filled. Its lists of the default service
+ * are replaced by the default lists first. Room is judged by the working role's count, whatever
+ * role calls; a configuration role that is full itself while the working role is not counts and
+ * lists the domain without storing the record, which nobody frees then.
  * @param record  consumed on success: owned by the library then. On failure it stays the caller's,
  * with the default lists that were attached by then.
  * @return DOM_ADD_OK; DOM_ADD_FAILED when the name exists or an allocation failed;
@@ -114,7 +117,7 @@ uint32_t DOM_AddDomainByName(const char* name) AAADOM_NOEXCEPT;
 uint32_t DOM_MibAddDomain(DomainInfo* record) AAADOM_NOEXCEPT;
 
 /**
- * Applies a row to an existing domain.
+ * Applies a row (DOM_MSG_DOMAIN_ROW) to an existing domain.
  * @param row          borrowed; its name is found ignoring case, its state is narrowed to 16 bits.
  * @param change_mask  bit 0: set the state. Other bits are ignored.
  * @return 0; DOM_MIBUPD_NO_DOMAIN when there is no such domain.
@@ -126,7 +129,8 @@ uint32_t DOM_MibUpdateDomain(const DomainMibRow* row, uint64_t change_mask) AAAD
  * Replaces the record in one slot of the working role's table. The nodes of its name leave the
  * orders of the calling role and new ones enter those of the working role: meant for that role,
  * where they are the same. A former record of another name leaves its nodes behind.
- * @param record  consumed always; its slot number says where it goes. Destroyed on failure.
+ * @param record  consumed always; its slot number says where it goes. Destroyed on failure, unless
+ * it is the one that the slot holds already.
  * @return 0; DOM_ERR_FAILED when an allocation failed, the slot is above 1023 or the record is
  * null; nothing changed then.
  * @thread any; takes no lock: the caller holds the calling role's table mutex
@@ -156,8 +160,9 @@ uint32_t DOM_DelDomainCheck(const char* name) AAADOM_NOEXCEPT;
 void DOM_DeleteDomain(DomainInfo* record) AAADOM_NOEXCEPT;
 
 /**
- * Deletes a domain of the calling role and destroys it.
- * @param name           found ignoring case.
+ * Deletes a domain of the calling role and destroys it. Requested with DOM_MSG_DOMAIN_NAME; stored
+ * in the element of its slot under DOM_DB_KEY_DOMAINS.
+ * @param name           found ignoring case; null is unknown.
  * @param also_database  1: delete it from the database too, by its slot number.
  * @return with also_database 1 the result of DOM_DeleteDomainToDBByIndex (1 = failed); else 0, also
  * when there is no such domain.
@@ -174,9 +179,10 @@ uint32_t DOM_DeleteDomainAndDBByName(const char* name, uint16_t also_database) A
 void DOM_InitAuthorAttr(AuthorAttr* block) AAADOM_NOEXCEPT;
 
 /**
- * Sets the attributes of one kind from a block. Addresses copy 4 bytes for family 2, else 16. Texts
- * of kinds 2 and 4 that differ only in case keep the stored spelling. Kinds 1, 2 and 18 copy every
- * byte of their text, the others up to the terminator; longer texts are cut to the field.
+ * Sets the attributes of one kind from a block. Carried by DOM_MSG_AUTHOR_ATTR and by
+ * DOM_TLV_AUTHOR_ATTR of the stored domain record. Addresses copy 4 bytes for family 2, else 16.
+ * Texts of kinds 2 and 4 that differ only in case keep the stored spelling. Kinds 1, 2 and 18 copy
+ * every byte of their text, the others up to the terminator; longer texts are cut to the field.
  * @param domain  name, found ignoring case in the calling role's table; null is unknown.
  * @param block   borrowed; only the fields of the kind are read.
  * @param kind    0 to 26.
@@ -199,7 +205,7 @@ uint32_t DOM_DelAuthorAttr(const char* domain, uint32_t kind) AAADOM_NOEXCEPT;
 
 /**
  * Copies all attributes of a domain.
- * @param name       found ignoring case.
+ * @param name       found ignoring case; null is unknown.
  * @param block_out  1040 bytes; untouched on failure, may be null.
  * @return 0; DOM_ERR_FAILED for an unknown domain.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
@@ -207,8 +213,10 @@ uint32_t DOM_DelAuthorAttr(const char* domain, uint32_t kind) AAADOM_NOEXCEPT;
 uint32_t DOM_GetDomainAuthorAttrByName(const char* name, AuthorAttr* block_out) AAADOM_NOEXCEPT;
 
 /**
- * Sets a domain's redirect code. Carried by the redirect message and item of the domain record.
- * @param name  found ignoring case.
+ * Sets a domain's redirect code. DOM_MSG_REDIRECT switches it; DOM_TLV_REDIRECT_CODE of the stored
+ * domain record carries it.
+ * @param name  found ignoring case; null is unknown.
+ * @param code  stored as given; a new domain has 0.
  * @return 0; DOM_ERR_FAILED for an unknown domain.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
@@ -216,13 +224,15 @@ uint32_t DOM_SetRedirectMoveTemporarily(const char* name, uint32_t code) AAADOM_
 
 /**
  * Reads a domain's redirect code.
+ * @param name  found ignoring case; null is unknown.
  * @return the code; 0 for an unknown domain.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
 uint32_t DOM_GetRedirectCode(const char* name) AAADOM_NOEXCEPT;
 
 /**
- * Reads the number of domains of the working role, whatever role calls.
+ * Reads the number of domains of the working role, whatever role calls. Carried by
+ * DOM_MSG_DOMAIN_COUNT.
  * @param count_out  may be null.
  * @return 0.
  * @thread any; takes and releases the calling role's table mutex only, the caller holds none.
@@ -239,7 +249,7 @@ DomainInfo* DOM_GetFirstDomain(void) AAADOM_NOEXCEPT;
 
 /**
  * Finds the record in the next occupied slot after a domain's.
- * @param name  the domain before, found ignoring case.
+ * @param name  the domain before, found ignoring case; null is unknown.
  * @return owned by the library, valid until the mutex is released; null when the name is unknown or
  * the last.
  * @thread any; takes no lock: the caller holds the calling role's table mutex

@@ -10,10 +10,16 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/** Accounting-policy tables: of the configuration thread, and of the other role. */
+/** Accounting policies of the configuration thread, which alone uses them. Owned by the library,
+ *  null before DOM_ita_policy_Init and after DOM_ita_policy_Fini. */
 extern HASH_TABLE* g_pstDomainItaPolicyThrTable;
+/** Accounting policies of the working role, used under g_stDomainItaPolicyTableMutexLock. Owned by
+ *  the library, null before DOM_ita_policy_Init and after DOM_ita_policy_Fini. */
 extern HASH_TABLE* g_pstDomainItaPolicyTable;
+/** Usable from load on; made new by the working role's DOM_ita_policy_Init. */
 extern pthread_mutex_t g_stDomainItaPolicyTableMutexLock;
+/** Guards the working role's recording policy. Usable from load on; made new by the working role's
+ *  DOM_Rec_policy_Init. */
 extern pthread_mutex_t g_stRecPolicyTypeMutexLock;
 
 /**

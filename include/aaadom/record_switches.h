@@ -17,7 +17,8 @@ extern "C" {
 void DOM_SetUserRecordEnableDefault(uint32_t value) AAADOM_NOEXCEPT;
 
 /**
- * Reads the default as it was given.
+ * Reads what the record switches start as.
+ * @return the value as it was given; 0 at load.
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetUserRecordEnableDefault(void) AAADOM_NOEXCEPT;
@@ -31,7 +32,8 @@ uint32_t DOM_GetUserRecordEnableDefault(void) AAADOM_NOEXCEPT;
 void DOM_SetUserRecordBackupMethodDefault(uint32_t value) AAADOM_NOEXCEPT;
 
 /**
- * Reads the default; 0 at load.
+ * Reads what the backup flags start as.
+ * @return 0 to 7; 0 at load.
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetUserRecordBackupMethodDefault(void) AAADOM_NOEXCEPT;
@@ -40,14 +42,14 @@ uint32_t DOM_GetUserRecordBackupMethodDefault(void) AAADOM_NOEXCEPT;
  * Makes the calling role's backup lock and sets its flags from the default. Part of
  * DOM_DomainInfoTableInit.
  * @return 0; DOM_ERR_FAILED when the lock cannot be made, the flags stay then.
- * @thread while no other thread of the role uses the flags.
+ * @thread while no other thread of the role uses the flags; takes no lock.
  */
 uint32_t DOM_InitRecordBackupInfo(void) AAADOM_NOEXCEPT;
 
 /**
  * Destroys the calling role's backup lock and clears its flags. Part of DOM_DomainInfoTableFini.
  * @return the result of pthread_rwlock_destroy.
- * @thread while no other thread of the role uses the flags.
+ * @thread while no other thread of the role uses the flags; nobody holds the lock.
  */
 uint32_t DOM_FiniRecordBackupInfo(void) AAADOM_NOEXCEPT;
 

@@ -322,12 +322,14 @@ TLV_MSG* DOM_EncodeGlobalDomain(const char* default_name, const char* unknown_na
  * of each type.
  * @param msg  borrowed.
  * @param default_size  Capacity of `default_name` in bytes; a longer name is cut. 0 fails.
- * @param default_name  Receives the default domain; empty when missing; null is skipped.
+ * @param default_name  Receives the default domain, empty when the device has none; null is
+ *                      skipped.
  * @param unknown_size  Capacity of `unknown_name` in bytes, likewise.
  * @param unknown_name  Receives the unknown domain; empty when missing; null is skipped.
  * @param device_id  Receives the device identifier; 0 when missing; null is skipped.
  * @param value_18  Receives the value; 0 when missing; null is skipped.
- * @return 0; DOM_ERR_FAILED for a null message and a capacity of 0.
+ * @return 0; DOM_ERR_FAILED for a null message, a message without the default domain's TLV (a
+ *         refused read; the TLV may hold an empty name) and a capacity of 0.
  * @thread any; takes no lock.
  */
 uint32_t DOM_DecodeGlobalDomain(TLV_MSG* msg, uint32_t default_size, char* default_name,
@@ -347,7 +349,7 @@ TLV_MSG* DOM_EncodeDomainCount(uint32_t count) AAADOM_NOEXCEPT;
  * each type.
  * @param msg  borrowed.
  * @param count  Receives the number; 0 when missing; null is skipped.
- * @return 0; DOM_ERR_FAILED for a null message.
+ * @return 0; DOM_ERR_FAILED for a null message and a message without the number (a refused read).
  * @thread any; takes no lock.
  */
 uint32_t DOM_DecodeDomainCount(TLV_MSG* msg, uint32_t* count) AAADOM_NOEXCEPT;

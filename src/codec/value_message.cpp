@@ -9,6 +9,10 @@ bool IsText(ValueKind kind) noexcept {
     return kind == ValueKind::kName || kind == ValueKind::kText;
 }
 
+bool MayBeMissing(ValueKind kind) noexcept {
+    return kind != ValueKind::kName && kind != ValueKind::kMainWord;
+}
+
 void StoreNumber(const ValueField& field, const ValueOut& output, uint32_t value) noexcept {
     if (field.kind == ValueKind::kHalf) {
         *static_cast<uint16_t*>(output.target) = static_cast<uint16_t>(value);
@@ -28,7 +32,7 @@ void Clear(const ValueField& field, const ValueOut& output) noexcept {
 
 uint32_t ReadValue(TLV_MSG* msg, const ValueField& field, const ValueOut& output) noexcept {
     const TlvItem tlv = FindTlv(msg, field.type);
-    if (!tlv) return field.kind == ValueKind::kName ? DOM_ERR_FAILED : DOM_OK;
+    if (!tlv) return MayBeMissing(field.kind) ? DOM_OK : DOM_ERR_FAILED;
     if (output.target == nullptr) return DOM_OK;
     if (IsText(field.kind)) return tlv.Text(static_cast<char*>(output.target), output.capacity);
     StoreNumber(field, output, tlv.U32());

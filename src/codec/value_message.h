@@ -10,10 +10,11 @@
 namespace aaadom {
 
 enum class ValueKind : uint8_t {
-    kName,  // text that names the object: a message without it is refused
-    kText,  // text that may be missing, which reads as empty
-    kWord,  // UINT32; missing reads as 0
-    kHalf   // 16-bit value carried as UINT32, narrowed on decode; missing reads as 0
+    kName,      // text that the message is about: a message without it is refused, it may be empty
+    kText,      // text that may be missing, which reads as empty
+    kWord,      // UINT32; missing reads as 0
+    kMainWord,  // UINT32 that the message is about: a message without it is refused
+    kHalf       // 16-bit value carried as UINT32, narrowed on decode; missing reads as 0
 };
 
 struct ValueField {
@@ -57,7 +58,7 @@ TLV_MSG* Encode(const ValueMessage<N>& message, const ValueIn (&values)[N]) noex
 }
 
 /// Reads the first TLV of each type of the list. The outputs are cleared first; the result combines
-/// the text reads, DOM_ERR_FAILED for a null message and for a missing kName.
+/// the text reads, DOM_ERR_FAILED for a null message and for a missing kName or kMainWord.
 template <size_t N>
 [[nodiscard]] uint32_t Decode(const ValueMessage<N>& message, TLV_MSG* msg,
                               const ValueOut (&outputs)[N]) noexcept {

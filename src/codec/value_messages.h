@@ -13,8 +13,8 @@ inline constexpr ValueField kValue18 = {DOM_TLV_VALUE_18, ValueKind::kWord};
 
 inline constexpr ValueMessage<2> kDefaultDomainMessage = {DOM_MSG_DEFAULT_DOMAIN,
                                                           {kDomainName, kValue18}};
-inline constexpr ValueMessage<1> kDomainCountMessage = {DOM_MSG_DOMAIN_COUNT,
-                                                        {{DOM_TLV_DOMAIN_COUNT, ValueKind::kWord}}};
+inline constexpr ValueMessage<1> kDomainCountMessage = {
+    DOM_MSG_DOMAIN_COUNT, {{DOM_TLV_DOMAIN_COUNT, ValueKind::kMainWord}}};
 inline constexpr ValueMessage<1> kDomainNameMessage = {DOM_MSG_DOMAIN_NAME, {kDomainName}};
 inline constexpr ValueMessage<2> kStateMessage = {DOM_MSG_STATE,
                                                   {kDomainName, {DOM_TLV_STATE, ValueKind::kHalf}}};
@@ -32,10 +32,11 @@ inline constexpr ValueMessage<1> kDeviceIdMessage = {DOM_MSG_DEVICE_ID,
                                                      {{DOM_TLV_DEVICE_ID, ValueKind::kWord}}};
 inline constexpr ValueMessage<2> kUserAddrTypeMessage = {
     DOM_MSG_USER_ADDR_TYPE, {kDomainName, {DOM_TLV_USER_ADDR_TYPE, ValueKind::kWord}}};
-// A device may have neither default nor unknown domain: both names may be missing.
+// A device without a default domain sends an empty name. A message without the name is no such
+// reply: readers take it for the refusal that it is.
 inline constexpr ValueMessage<4> kGlobalDomainMessage = {
     DOM_MSG_GLOBAL_DOMAIN,
-    {{DOM_TLV_DOMAIN_NAME, ValueKind::kText},
+    {kDomainName,
      {DOM_TLV_UNKNOWN_DOMAIN, ValueKind::kText},
      {DOM_TLV_DEVICE_ID, ValueKind::kWord},
      kValue18}};

@@ -298,8 +298,9 @@ TEST_F(Values, TooShortNumberReadsAsZero) {
     EXPECT_EQ(half, 0u);
 }
 
-TEST_F(Values, GlobalSettingsMayLackBothNames) {
+TEST_F(Values, GlobalSettingsMayLackAllButTheDefaultName) {
     Message msg(29);
+    msg.Text(DOM_TLV_DOMAIN_NAME, "");
     uint32_t device = 99;
     EXPECT_EQ(
         DOM_DecodeGlobalDomain(msg.get(), sizeof name, name, sizeof text, text, &device, &word),
@@ -320,10 +321,30 @@ TEST_F(Values, CodeIsNotLookedAtByTheseDecoders) {
     EXPECT_STREQ(name, "d");
 }
 
+// A refused read comes back as a result without data. Plain reads see it by the failing decoder.
+TEST_F(Values, ReadRepliesWithoutTheirMainValueFail) {
+    Message refusal(29);
+    refusal.U32(DOM_TLV_RESULT, 0).Text(DOM_TLV_UNKNOWN_DOMAIN, "b").U32(DOM_TLV_DEVICE_ID, 1);
+    uint32_t device = 99;
+    EXPECT_EQ(
+        DOM_DecodeGlobalDomain(refusal.get(), sizeof name, name, sizeof text, text, &device, &word),
+        DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_DecodeGlobalDomain(refusal.get(), 0, nullptr, 0, nullptr, nullptr, nullptr),
+              DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_DecodeDefaultDomain(refusal.get(), sizeof name, name, &word), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_DecodeDomainCount(refusal.get(), &word), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_DecodeDomainCount(refusal.get(), nullptr), DOM_ERR_FAILED);
+    EXPECT_EQ(word, 0u);
+}
+
+TEST_F(Values, EmptyDefaultNameIsADefaultName) {
+    const TlvPtr msg(DOM_EncodeDefaultDomain("", 0));
+    EXPECT_EQ(DOM_DecodeDefaultDomain(msg.get(), sizeof name, name, &word), DOM_OK);
+    EXPECT_STREQ(name, "");
+}
+
 TEST_F(Values, DomainCount) {
     ExpectEveryFailureGivesNull([] { return DOM_EncodeDomainCount(3); });
-    EXPECT_EQ(DOM_DecodeDomainCount(Message(2).get(), &word), DOM_OK);
-    EXPECT_EQ(word, 0u);
     EXPECT_EQ(DOM_DecodeDomainCount(nullptr, &word), DOM_ERR_FAILED);
 }
 

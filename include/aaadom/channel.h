@@ -23,7 +23,7 @@ extern "C" {
  *         first TLV that holds no message. The socket is closed in every case.
  * @thread any; takes no lock, concurrent callers share nothing.
  */
-TLV_MSG* DOM_lipc_SendCfgMsg(TLV_MSG* msg, uint32_t opcode, uint16_t* kind_out);
+TLV_MSG* DOM_lipc_SendCfgMsg(TLV_MSG* msg, uint32_t opcode, uint16_t* kind_out) AAADOM_NOEXCEPT;
 /**
  * Reads the result out of a reply.
  * @param reply  borrowed; may be null.
@@ -32,7 +32,7 @@ TLV_MSG* DOM_lipc_SendCfgMsg(TLV_MSG* msg, uint32_t opcode, uint16_t* kind_out);
  * @return 0.
  * @thread any; takes no lock.
  */
-uint32_t DOM_lipc_ReplyMsgProc(TLV_MSG* reply, uint32_t* result_out);
+uint32_t DOM_lipc_ReplyMsgProc(TLV_MSG* reply, uint32_t* result_out) AAADOM_NOEXCEPT;
 /**
  * Sends one request and reads the result of its reply.
  * @param msg  borrowed.
@@ -41,7 +41,7 @@ uint32_t DOM_lipc_ReplyMsgProc(TLV_MSG* reply, uint32_t* result_out);
  * @return 0 when a reply came, whatever it says; DOM_ERR_FAILED when none came.
  * @thread as DOM_lipc_SendCfgMsg.
  */
-uint32_t DOM_lipc_CfgMsgProc(TLV_MSG* msg, uint32_t opcode, uint32_t* result_out);
+uint32_t DOM_lipc_CfgMsgProc(TLV_MSG* msg, uint32_t opcode, uint32_t* result_out) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

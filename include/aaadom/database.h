@@ -18,21 +18,21 @@ extern DBM_HANDLE g_hDomDbmHandle;
  * @return the handle, close with DBM_Close; -1 when DBM_Open fails.
  * @thread any; takes no lock.
  */
-DBM_HANDLE DOM_CreateDomainDBM(void);
+DBM_HANDLE DOM_CreateDomainDBM(void) AAADOM_NOEXCEPT;
 
 /**
  * Opens the same table if it exists; creates nothing.
  * @return the handle, close with DBM_Close; -1 when there is none.
  * @thread any; takes no lock.
  */
-DBM_HANDLE DOM_OpenDomainDBM(void);
+DBM_HANDLE DOM_OpenDomainDBM(void) AAADOM_NOEXCEPT;
 
 /**
  * Installs the handle for every write. Call before the first configuration message is applied.
  * @param handle  borrowed: whoever opened it closes it, after installing another.
  * @thread none may be writing; takes no lock.
  */
-void DOM_SetDomainDBMHandle(DBM_HANDLE handle);
+void DOM_SetDomainDBMHandle(DBM_HANDLE handle) AAADOM_NOEXCEPT;
 
 /**
  * Saves or deletes the object that a change record names, through g_hDomDbmHandle. What is written
@@ -46,7 +46,7 @@ void DOM_SetDomainDBMHandle(DBM_HANDLE handle);
  * @thread any; type 1 takes the calling role's table mutex, the caller holds none. The database is
  *         called without it.
  */
-uint32_t DOM_SetDataToDB(const DomDbUpdateReq* request);
+uint32_t DOM_SetDataToDB(const DomDbUpdateReq* request) AAADOM_NOEXCEPT;
 
 /**
  * Deletes one element of the saved domains.
@@ -55,7 +55,7 @@ uint32_t DOM_SetDataToDB(const DomDbUpdateReq* request);
  * element that was not there included.
  * @thread any; takes no lock.
  */
-uint32_t DOM_DeleteDomainToDBByIndex(uint32_t index);
+uint32_t DOM_DeleteDomainToDBByIndex(uint32_t index) AAADOM_NOEXCEPT;
 
 /**
  * Reads one saved domain.
@@ -65,7 +65,7 @@ uint32_t DOM_DeleteDomainToDBByIndex(uint32_t index);
  * record, no memory or a database failure.
  * @thread any; takes no lock.
  */
-DomainInfo* DOM_GetDomainFromDBByIndex(DBM_HANDLE handle, uint32_t index);
+DomainInfo* DOM_GetDomainFromDBByIndex(DBM_HANDLE handle, uint32_t index) AAADOM_NOEXCEPT;
 
 /**
  * Reads the saved domain of a name: the one at the lowest index of 0 to 1023.
@@ -74,7 +74,7 @@ DomainInfo* DOM_GetDomainFromDBByIndex(DBM_HANDLE handle, uint32_t index);
  * @return as DOM_GetDomainFromDBByIndex.
  * @thread any; takes no lock.
  */
-DomainInfo* DOM_GetDomainFromDBByName(DBM_HANDLE handle, const char* name);
+DomainInfo* DOM_GetDomainFromDBByName(DBM_HANDLE handle, const char* name) AAADOM_NOEXCEPT;
 
 /**
  * Reads the saved default domain.
@@ -83,13 +83,13 @@ DomainInfo* DOM_GetDomainFromDBByName(DBM_HANDLE handle, const char* name);
  * @return 0; DOM_ERR_FAILED: never saved, deleted (empty value), undecodable, no memory.
  * @thread any; takes no lock.
  */
-uint32_t DOM_GetDefDomainFromDB(DBM_HANDLE handle, char out[DOM_NAME_SIZE]);
+uint32_t DOM_GetDefDomainFromDB(DBM_HANDLE handle, char out[DOM_NAME_SIZE]) AAADOM_NOEXCEPT;
 
 /**
  * Reads the saved unknown domain; parameters and results as DOM_GetDefDomainFromDB.
  * @thread any; takes no lock.
  */
-uint32_t DOM_GetUnknownDomainFromDB(DBM_HANDLE handle, char out[DOM_NAME_SIZE]);
+uint32_t DOM_GetUnknownDomainFromDB(DBM_HANDLE handle, char out[DOM_NAME_SIZE]) AAADOM_NOEXCEPT;
 
 /**
  * Reads the saved session limits.
@@ -99,7 +99,7 @@ uint32_t DOM_GetUnknownDomainFromDB(DBM_HANDLE handle, char out[DOM_NAME_SIZE]);
  * @return 0; DOM_ERR_FAILED when nothing is saved: the presets stay and are no saved limits.
  * @thread any; takes no lock.
  */
-uint32_t DOM_GetSessionLimitFromDB(DBM_HANDLE handle, uint32_t limits[5]);
+uint32_t DOM_GetSessionLimitFromDB(DBM_HANDLE handle, uint32_t limits[5]) AAADOM_NOEXCEPT;
 
 /**
  * Reads the saved device identifier.
@@ -108,7 +108,7 @@ uint32_t DOM_GetSessionLimitFromDB(DBM_HANDLE handle, uint32_t limits[5]);
  * @return 0; DOM_ERR_FAILED when nothing is saved.
  * @thread any; takes no lock.
  */
-uint32_t DOM_GetDeviceIDFromDB(DBM_HANDLE handle, uint32_t* out);
+uint32_t DOM_GetDeviceIDFromDB(DBM_HANDLE handle, uint32_t* out) AAADOM_NOEXCEPT;
 
 /**
  * The saved session limit of one access type, from a handle that is opened for this one read.
@@ -117,7 +117,7 @@ uint32_t DOM_GetDeviceIDFromDB(DBM_HANDLE handle, uint32_t* out);
  *         32).
  * @thread any process and thread; takes no lock.
  */
-uint32_t AAA_GetSessionLimit(uint32_t access_type);
+uint32_t AAA_GetSessionLimit(uint32_t access_type) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

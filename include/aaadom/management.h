@@ -23,8 +23,8 @@
  *
  * - blind: always 0; nothing tells what became of the request.
  *
- * - plain read: what the reply's decoder returns, 0 or DOM_ERR_FAILED; DOM_ERR_FAILED without a
- *   reply. A refusal reads as a reply without the data asked for.
+ * - plain read: 0 when the reply carries the data asked for; DOM_ERR_FAILED without a reply, for a
+ *   refusal and for any other reply.
  *
  * - refusable read: as a plain read, but a refusal (reply kind 4) stores its result in *result and
  *   returns 0 with the other outputs untouched.
@@ -44,14 +44,14 @@ extern "C" {
  * @param name  at most 255 characters; the daemon cuts longer ones.
  * @return as every judged request, but MOR_ERR_ENCODE when the request could not be encoded.
  */
-uint32_t MOR_SetDomainName(const char* name, uint32_t op, uint32_t* result);
+uint32_t MOR_SetDomainName(const char* name, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) or clears (op 1) the unknown domain; code 18. Judged.
  * @param name  at most 255 characters.
  * @return as every judged request, but MOR_ERR_ENCODE when the request could not be encoded.
  */
-uint32_t MOR_SetUnknownDomain(const char* name, uint32_t op, uint32_t* result);
+uint32_t MOR_SetUnknownDomain(const char* name, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Creates, changes (op 0, by row status) or resets (op 1) one row of the scheme table; code 15.
@@ -66,7 +66,7 @@ uint32_t MOR_SetUnknownDomain(const char* name, uint32_t op, uint32_t* result);
  */
 uint32_t MOR_SetSchemeTable(uint64_t flags, const char* domain, uint32_t row_status,
                             uint32_t aaa_type, uint32_t scheme_index, uint32_t method_type,
-                            const char* scheme_name, uint32_t op, uint32_t* result);
+                            const char* scheme_name, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Creates one row of the domain table; code 14 with operation 0. Reported.
@@ -75,13 +75,13 @@ uint32_t MOR_SetSchemeTable(uint64_t flags, const char* domain, uint32_t row_sta
  * @param row_status  4 = create and go.
  */
 uint32_t MOR_CreateDomainInfoTable(const char* name, uint32_t state, uint32_t row_status,
-                                   uint32_t* result);
+                                   uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Deletes a domain; code 3 with operation 1. Reported.
  * @param name  at most 255 characters.
  */
-uint32_t MOR_DestroyDomainName(const char* name, uint32_t* result);
+uint32_t MOR_DestroyDomainName(const char* name, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Changes one row of the domain table; code 14 with operation 0. Reported.
@@ -91,27 +91,29 @@ uint32_t MOR_DestroyDomainName(const char* name, uint32_t* result);
  * @param row_status  1 = active.
  */
 uint32_t MOR_SetDomainInfoTable(uint64_t flags, const char* name, uint32_t state,
-                                uint32_t row_status, uint32_t* result);
+                                uint32_t row_status, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) the default domain or makes it "system" (op 1); code 1. Result only.
  * @param name  at most 255 characters.
  * @param value_18  carried in TLV 18, not interpreted.
  */
-uint32_t MOR_SetDefaultDomain(const char* name, uint32_t value_18, uint32_t op, uint32_t* result);
+uint32_t MOR_SetDefaultDomain(const char* name, uint32_t value_18, uint32_t op,
+                              uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets the limit of one session class; code 8 with operation 0. Result only.
  * @param session_class  19 to 23; any other class means 20.
  * @param limit  number of sessions.
  */
-uint32_t MOR_SetSessionLimit(uint32_t session_class, uint32_t limit, uint32_t* result);
+uint32_t MOR_SetSessionLimit(uint32_t session_class, uint32_t limit,
+                             uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets the device identifier; code 20 with operation 0. Result only.
  * @param device_id  the identifier.
  */
-uint32_t MOR_SetDeviceID(uint32_t device_id, uint32_t* result);
+uint32_t MOR_SetDeviceID(uint32_t device_id, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets the domain for users that fail authentication; code 132 with operation 0. Result only.
@@ -121,7 +123,7 @@ uint32_t MOR_SetDeviceID(uint32_t device_id, uint32_t* result);
  * @param kind  stored with the name.
  */
 uint32_t MOR_SetAuthFailDomain(const char* name, const char* fail_domain, uint32_t value_18,
-                               uint16_t kind, uint32_t* result);
+                               uint16_t kind, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) or clears (op 1) the domain that is permitted while the servers fail; code 143.
@@ -132,7 +134,7 @@ uint32_t MOR_SetAuthFailDomain(const char* name, const char* fail_domain, uint32
  * DOM_ERR_FAILED when the request could not be encoded.
  */
 uint32_t MOR_SetAuthRdFailPermitDomain(const char* name, const char* permit_domain,
-                                       uint32_t value_18, uint32_t op);
+                                       uint32_t value_18, uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) or clears (op 1) what happens to users when the servers are back; code 144.
@@ -145,21 +147,22 @@ uint32_t MOR_SetAuthRdFailPermitDomain(const char* name, const char* permit_doma
  *         encoded.
  */
 uint32_t MOR_SetAuthenEscapeRecover(const char* name, uint16_t setting, const char* escape_domain,
-                                    uint16_t second_setting, uint32_t value_18, uint32_t op);
+                                    uint16_t second_setting, uint32_t value_18,
+                                    uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Sets a domain's state; code 7 with operation 0. Blind.
  * @param name  at most 255 characters.
  * @param state  new state.
  */
-uint32_t MOR_SetState(const char* name, uint16_t state);
+uint32_t MOR_SetState(const char* name, uint16_t state) AAADOM_NOEXCEPT;
 
 /**
  * Sets a domain's session time; code 19 with operation 0. Blind.
  * @param name  at most 255 characters.
  * @param session_time  new session time.
  */
-uint32_t MOR_SetSessionTime(const char* name, uint16_t session_time);
+uint32_t MOR_SetSessionTime(const char* name, uint16_t session_time) AAADOM_NOEXCEPT;
 
 /**
  * Replaces (op 0) or resets (op 1) one method list; code 4. Blind.
@@ -168,7 +171,7 @@ uint32_t MOR_SetSessionTime(const char* name, uint16_t session_time);
  * @param extra  borrowed; the service's extra method, null for none.
  */
 uint32_t MOR_SetMethodList(const char* name, const MethodList* list, const MethodEntry* extra,
-                           uint32_t op);
+                           uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) or resets (op 1) one kind of authorization attribute; code 11. Blind.
@@ -176,33 +179,34 @@ uint32_t MOR_SetMethodList(const char* name, const MethodList* list, const Metho
  * @param name  at most 255 characters.
  * @param attr  borrowed; holds the values.
  */
-uint32_t MOR_SetAuthorAttr(uint32_t kind, const char* name, const AuthorAttr* attr, uint32_t op);
+uint32_t MOR_SetAuthorAttr(uint32_t kind, const char* name, const AuthorAttr* attr,
+                           uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Switches redirection on (op 0) or off (op 1); code 130. Blind.
  * @param name  at most 255 characters.
  */
-uint32_t MOR_SetRedirectMoveTemporarily(const char* name, uint32_t op);
+uint32_t MOR_SetRedirectMoveTemporarily(const char* name, uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Sets a domain's user address type; code 21 with operation 0. Blind.
  * @param name  at most 255 characters.
  * @param user_addr_type  new type.
  */
-uint32_t MOR_SetUserAddrType(const char* name, uint32_t user_addr_type);
+uint32_t MOR_SetUserAddrType(const char* name, uint32_t user_addr_type) AAADOM_NOEXCEPT;
 
 /**
  * Sets a domain's accounting dual-stack mode; code 30 with operation 0. Blind.
  * @param name  at most 255 characters.
  * @param mode  new mode.
  */
-uint32_t MOR_SetAcctDualStackMode(const char* name, uint32_t mode);
+uint32_t MOR_SetAcctDualStackMode(const char* name, uint32_t mode) AAADOM_NOEXCEPT;
 
 /**
  * Sets (op 0) or clears (op 1) debug flags; code 145. Blind.
  * @param flag  mask: bit 0 error messages, bit 1 event messages.
  */
-uint32_t MOR_SetAAADebugFlag(uint32_t flag, uint32_t op);
+uint32_t MOR_SetAAADebugFlag(uint32_t flag, uint32_t op) AAADOM_NOEXCEPT;
 
 /**
  * Reads the default domain; code 1 with operation 2. Plain read.
@@ -210,7 +214,7 @@ uint32_t MOR_SetAAADebugFlag(uint32_t flag, uint32_t op);
  * @param name  receives the name.
  * @param value_18  receives TLV 18.
  */
-uint32_t MOR_GetDefaultDomain(uint32_t size, char* name, uint32_t* value_18);
+uint32_t MOR_GetDefaultDomain(uint32_t size, char* name, uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
  * Reads default domain, unknown domain and device identifier; code 29, followed by a second TLV 0
@@ -221,7 +225,8 @@ uint32_t MOR_GetDefaultDomain(uint32_t size, char* name, uint32_t* value_18);
  * @param value_18  receives TLV 18.
  */
 uint32_t MOR_GetGlobalDomain(uint32_t default_size, char* default_name, uint32_t unknown_size,
-                             char* unknown_name, uint32_t* device_id, uint32_t* value_18);
+                             char* unknown_name, uint32_t* device_id,
+                             uint32_t* value_18) AAADOM_NOEXCEPT;
 
 /**
  * Reads one domain; code 3 with the caller's operation, 2: the operations 0 and 1 would create or
@@ -232,7 +237,7 @@ uint32_t MOR_GetGlobalDomain(uint32_t default_size, char* default_name, uint32_t
  * @return the domain, returned, destroy with DOM_DestroyDomain; null: not encoded, no reply,
  * refused, or no domain in the reply.
  */
-DomainInfo* MOR_GetDomain(const char* name, uint32_t op, uint32_t* result);
+DomainInfo* MOR_GetDomain(const char* name, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Reads the domain after the named one in strcmp order; code 165 with the caller's operation.
@@ -241,26 +246,26 @@ DomainInfo* MOR_GetDomain(const char* name, uint32_t op, uint32_t* result);
  * @param result  as for MOR_GetDomain.
  * @return as MOR_GetDomain.
  */
-DomainInfo* MOR_GetNextDomain(const char* name, uint32_t op, uint32_t* result);
+DomainInfo* MOR_GetNextDomain(const char* name, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Reads the number of domains; code 2 with operation 2. Plain read.
  * @param count  receives the number.
  */
-uint32_t MOR_GetDomainCount(uint32_t* count);
+uint32_t MOR_GetDomainCount(uint32_t* count) AAADOM_NOEXCEPT;
 
 /**
  * Reads the five session limits; code 8 alone with operation 2, answered with code 10. Plain read.
  * @param limits  receives the limits; a class that is missing from the reply keeps what the caller
  *               put there.
  */
-uint32_t MOR_GetXmlSessionLimit(SessionLimits* limits);
+uint32_t MOR_GetXmlSessionLimit(SessionLimits* limits) AAADOM_NOEXCEPT;
 
 /**
  * Reads the debug flags; code 145 alone with operation 2. Plain read.
  * @param flag  receives the flag word.
  */
-uint32_t MOR_GetAAADebugFlag(uint32_t* flag);
+uint32_t MOR_GetAAADebugFlag(uint32_t* flag) AAADOM_NOEXCEPT;
 
 /**
  * Reads one row of the domain table (op 2, code 3) or the row after it in management order (other
@@ -272,7 +277,7 @@ uint32_t MOR_GetAAADebugFlag(uint32_t* flag);
  * @param result  cleared to 0 first, also when no reply comes.
  */
 uint32_t MOR_GetDomainInfoTable(const char* name, uint32_t name_length, uint32_t op,
-                                DomainMibRow* row, uint32_t* result);
+                                DomainMibRow* row, uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Reads one row of the scheme table (op 2) or the row after it; code 13. Refusable read.
@@ -284,7 +289,7 @@ uint32_t MOR_GetDomainInfoTable(const char* name, uint32_t name_length, uint32_t
  *            service 5, else 0.
  */
 uint32_t MOR_GetMibSchemeTable(const char* domain, uint32_t name_length, uint32_t scheme_index,
-                               uint32_t op, MibSchemeRow* row, uint32_t* result);
+                               uint32_t op, MibSchemeRow* row, uint32_t* result) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -32,7 +32,7 @@ extern "C" {
  * the database is called without it.
  */
 uint32_t DOM_RestoreData(TLV_MSG* msg, uint16_t save, uint32_t cap1, uint32_t cap2, char* name1_out,
-                         char* name2_out);
+                         char* name2_out) AAADOM_NOEXCEPT;
 
 /**
  * Applies a message that one role sent to the other, without saving it: how the other role's copy
@@ -44,7 +44,7 @@ uint32_t DOM_RestoreData(TLV_MSG* msg, uint16_t save, uint32_t cap1, uint32_t ca
  * @thread as DOM_RestoreData.
  */
 uint32_t DOM_UpdateCfgData(TLV_MSG* msg, uint32_t cap1, uint32_t cap2, char* name1_out,
-                           char* name2_out);
+                           char* name2_out) AAADOM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

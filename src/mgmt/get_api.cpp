@@ -12,8 +12,8 @@ TlvPtr CodeAlone(uint32_t code) noexcept {
     return TlvPtr(MessageBuilder(code).Build());
 }
 
-/// The request for the global settings carries a second code behind its own. Readers take the first,
-/// and the bytes are part of the protocol.
+/// The request for the global settings carries a second code behind its own. Readers take the
+/// first, and the bytes are part of the protocol.
 TlvPtr GlobalDomainRequest() noexcept {
     return TlvPtr(MessageBuilder(DOM_MSG_GLOBAL_DOMAIN).Build([](Appender& append) {
         append.U32(DOM_TLV_MSG_CODE, DOM_MSG_GLOBAL_DOMAIN_SECOND);
@@ -64,8 +64,12 @@ uint32_t MOR_GetDomainCount(uint32_t* count) noexcept {
 }
 
 uint32_t MOR_GetXmlSessionLimit(SessionLimits* limits) noexcept {
-    return Get(CodeAlone(DOM_MSG_SESSION_LIMIT),
-               [=](TLV_MSG* reply) { return DOM_DecodeAllSessionLimit(reply, limits); });
+    return Get(CodeAlone(DOM_MSG_SESSION_LIMIT), [=](TLV_MSG* reply) {
+        // Any class may be missing from the reply, so the code alone tells it from a refusal.
+        const TlvItem code = FindTlv(reply, DOM_TLV_MSG_CODE);
+        if (!code || code.U32() != DOM_MSG_ALL_SESSION_LIMIT) return DOM_ERR_FAILED;
+        return DOM_DecodeAllSessionLimit(reply, limits);
+    });
 }
 
 uint32_t MOR_GetAAADebugFlag(uint32_t* flag) noexcept {

@@ -33,8 +33,8 @@ uint32_t SetReturningResult(TlvPtr request, uint32_t op, uint32_t if_no_reply) n
 /// 0 once the request was encoded, whatever becomes of it.
 uint32_t SetBlindly(TlvPtr request, uint32_t op) noexcept;
 
-/// Reads with operation 2. A refusal has none of the TLVs that `decode(TLV_MSG*)` asks for, so its
-/// failure is the answer.
+/// Reads with operation 2 and has no result output. `decode(TLV_MSG*)` must fail for a refusal, a
+/// reply with nothing but a result, whatever that result is.
 template <typename Decode>
 uint32_t Get(TlvPtr request, Decode&& decode) noexcept {
     const TlvPtr reply(DOM_lipc_SendCfgMsg(request.get(), DOM_OP_GET, nullptr));

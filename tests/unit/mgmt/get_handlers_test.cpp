@@ -13,7 +13,6 @@ struct PlainRead {
     const char* title;
     uint32_t code;
     uint32_t (*call)();
-    bool needs_its_data;  // false: what is missing from the reply reads as empty or stays as it was
 };
 
 const PlainRead kPlainReads[] = {
@@ -22,33 +21,28 @@ const PlainRead kPlainReads[] = {
          char name[DOM_NAME_SIZE];
          uint32_t value = 0;
          return MOR_GetDefaultDomain(sizeof name, name, &value);
-     },
-     true},
+     }},
     {"GlobalDomain", 29,
      [] {
          char name[DOM_NAME_SIZE];
          uint32_t value = 0;
          return MOR_GetGlobalDomain(sizeof name, name, sizeof name, name, &value, &value);
-     },
-     false},
+     }},
     {"DomainCount", 2,
      [] {
          uint32_t count = 0;
          return MOR_GetDomainCount(&count);
-     },
-     false},
+     }},
     {"SessionLimit", 8,
      [] {
          SessionLimits limits{};
          return MOR_GetXmlSessionLimit(&limits);
-     },
-     false},
+     }},
     {"DebugFlag", 145,
      [] {
          uint32_t flag = 0;
          return MOR_GetAAADebugFlag(&flag);
-     },
-     true},
+     }},
 };
 
 void PrintTo(const PlainRead& read, std::ostream* out) {
@@ -73,9 +67,19 @@ TEST_P(PlainReadTest, NoReplyFails) {
     EXPECT_EQ(GetParam().call(), DOM_ERR_FAILED);
 }
 
-TEST_P(PlainReadTest, RefusalIsAReplyWithoutTheData) {
+// Plain reads have no result output: a refusal can only be told by the return value.
+TEST_P(PlainReadTest, RefusalFailsWhateverItsResult) {
     AnswerResult(kRefusal);
-    EXPECT_EQ(GetParam().call() != DOM_OK, GetParam().needs_its_data);
+    EXPECT_EQ(GetParam().call(), DOM_ERR_FAILED);
+    AnswerResult(0);
+    EXPECT_EQ(GetParam().call(), DOM_ERR_FAILED);
+}
+
+TEST_P(PlainReadTest, ReplyOfAnotherCodeFails) {
+    AnswerData([] { return DOM_EncodeState("alpha", 2); });
+    if (GetParam().code == DOM_MSG_DEFAULT_DOMAIN || GetParam().code == DOM_MSG_GLOBAL_DOMAIN)
+        AnswerData([] { return DOM_EncodeUnknownDomain("alpha"); });  // has no TLV 2
+    EXPECT_EQ(GetParam().call(), DOM_ERR_FAILED);
 }
 
 TEST_P(PlainReadTest, RequestThatCannotBeEncodedIsNotSent) {
@@ -148,6 +152,35 @@ TEST_F(ChannelTest, SessionLimitsAreRead) {
     EXPECT_EQ(MOR_GetXmlSessionLimit(&limits), DOM_OK);
     EXPECT_EQ(limits.class_19, 1u);
     EXPECT_EQ(limits.class_23, 5u);
+}
+
+TEST_F(ChannelTest, SessionLimitsAreReadFromCode10Alone) {
+    AnswerData([] { return DOM_EncodeSessionLimit(21, 100); });
+    SessionLimits limits{1, 2, 3, 4, 5};
+    EXPECT_EQ(MOR_GetXmlSessionLimit(&limits), DOM_ERR_FAILED);
+    EXPECT_EQ(limits.class_21, 2u);
+    AnswerData([] {
+        return MessageBuilder(DOM_MSG_ALL_SESSION_LIMIT).Build([](Appender& append) {
+            append.U32(DOM_TLV_CLASS_21, 100);
+        });
+    });
+    EXPECT_EQ(MOR_GetXmlSessionLimit(&limits), DOM_OK);
+    EXPECT_EQ(limits.class_21, 100u);
+    EXPECT_EQ(limits.class_23, 5u) << "a missing class keeps the caller's";
+}
+
+TEST_F(ChannelTest, GlobalDomainOfADeviceWithoutNamesIsRead) {
+    AnswerData([] { return DOM_EncodeGlobalDomain("", "", 7, 0); });
+    char default_name[DOM_NAME_SIZE] = "x";
+    char unknown_name[DOM_NAME_SIZE] = "x";
+    uint32_t device_id = 0;
+    uint32_t value = 9;
+    EXPECT_EQ(MOR_GetGlobalDomain(sizeof default_name, default_name, sizeof unknown_name,
+                                  unknown_name, &device_id, &value),
+              DOM_OK);
+    EXPECT_STREQ(default_name, "");
+    EXPECT_STREQ(unknown_name, "");
+    EXPECT_EQ(device_id, 7u);
 }
 
 TEST_F(ChannelTest, DebugFlagIsRead) {

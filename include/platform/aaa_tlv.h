@@ -7,6 +7,7 @@
 #ifndef PLATFORM_AAA_TLV_H
 #define PLATFORM_AAA_TLV_H
 
+#include <platform/api.h>
 #include <platform/tlv.h>
 #include <stdint.h>
 
@@ -24,11 +25,11 @@ extern "C" {
  *         4 GiB or memory is short.
  * @thread any.
  */
-uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value);
-uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value);
-uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value);
-uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text);
-uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6]);
+uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value) PLATFORM_NOEXCEPT;
+uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value) PLATFORM_NOEXCEPT;
+uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value) PLATFORM_NOEXCEPT;
+uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text) PLATFORM_NOEXCEPT;
+uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6]) PLATFORM_NOEXCEPT;
 
 /**
  * Appends a copy of a message as one TLV.
@@ -38,7 +39,7 @@ uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6])
  *         4 GiB or memory is short.
  * @thread any.
  */
-uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub);
+uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub) PLATFORM_NOEXCEPT;
 
 /**
  * The number that a TLV carries.
@@ -48,8 +49,8 @@ uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub);
  *         outside `msg`, or `msg` is null.
  * @thread any.
  */
-uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it);
-uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it);
+uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
+uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * Read the first 2 (6) bytes of a TLV.
@@ -61,8 +62,8 @@ uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it);
  *         argument is null.
  * @thread any.
  */
-uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value);
-uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]);
+uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value) PLATFORM_NOEXCEPT;
+uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]) PLATFORM_NOEXCEPT;
 
 /**
  * Copies the text of a TLV: up to the first NUL of the value or the value's end.
@@ -75,7 +76,8 @@ uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]);
  *         `buffer` is null.
  * @thread any.
  */
-uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity, char* buffer);
+uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity,
+                            char* buffer) PLATFORM_NOEXCEPT;
 
 /**
  * Takes the nested message of a TLV, without copying: it shares the bytes of `msg` until one of the
@@ -86,7 +88,7 @@ uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity, char*
  *         image, `it` is null or lies outside `msg`, `msg` is null, or memory is short.
  * @thread any.
  */
-TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it);
+TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * Wraps a request for the configuration thread with its operation.
@@ -96,7 +98,7 @@ TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it);
  * @return returned, destroy with TLV_Destroy; null when `msg` is null or memory is short.
  * @thread any.
  */
-TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg);
+TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) PLATFORM_NOEXCEPT;
 
 /**
  * Takes the message out of its operation head.
@@ -106,7 +108,7 @@ TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg);
  *         head's, its parts are malformed, `msg` is null, or memory is short.
  * @thread any.
  */
-TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode);
+TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) PLATFORM_NOEXCEPT;
 
 /**
  * Wraps a message, which keeps its operation head, for another thread of the daemon.
@@ -116,7 +118,7 @@ TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode);
  * @return returned, destroy with TLV_Destroy; null when `msg` is null or memory is short.
  * @thread any.
  */
-TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg);
+TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) PLATFORM_NOEXCEPT;
 
 /**
  * Takes the message, still with its operation head, out of its daemon head.
@@ -125,7 +127,7 @@ TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg);
  *         head's, its parts are malformed, `msg` is null, or memory is short.
  * @thread any.
  */
-TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg);
+TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) PLATFORM_NOEXCEPT;
 
 /** Appends one item of a structure to `msg`; 0 on success. */
 typedef uint32_t (*AAA_ENCAP_FN)(uint32_t position, const void* item, TLV_MSG* msg);
@@ -153,7 +155,7 @@ typedef struct AAA_ENCAP_STEP {
  * @thread any; `encap` is called without a lock.
  */
 void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
-                              uint32_t* length_out);
+                              uint32_t* length_out) PLATFORM_NOEXCEPT;
 
 /**
  * Reads the nested message of a TLV into a structure.
@@ -165,7 +167,8 @@ void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
  *         `decap` is null.
  * @thread any; `decap` is called without a lock.
  */
-uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap, void* object);
+uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap,
+                                 void* object) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

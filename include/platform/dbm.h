@@ -23,6 +23,7 @@
 #ifndef PLATFORM_DBM_H
 #define PLATFORM_DBM_H
 
+#include <platform/api.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -67,7 +68,7 @@ typedef struct DBM_KEY_SLOT {
  * @param persistent_dir, runtime_dir  borrowed; null keeps the present one; at most 3968 bytes.
  * @return 0; 0x40010001 when a text is empty or too long: nothing is changed then.
  */
-uint32_t DBM_SetRoot(const char* persistent_dir, const char* runtime_dir);
+uint32_t DBM_SetRoot(const char* persistent_dir, const char* runtime_dir) PLATFORM_NOEXCEPT;
 
 /**
  * Opens a table. Any number of handles may be open on one database, in one process too.
@@ -92,7 +93,7 @@ uint32_t DBM_SetRoot(const char* persistent_dir, const char* runtime_dir);
  *   not open yet; without one when an argument is unusable or 65534 handles are open.
  */
 uint32_t DBM_Open(const char* database, const char* table, uint32_t mode, const DBM_OPEN_ATTR* attr,
-                  DBM_HANDLE* handle);
+                  DBM_HANDLE* handle) PLATFORM_NOEXCEPT;
 
 /**
  * Closes a handle; other handles and calls that are running stay valid. The key texts given out
@@ -102,7 +103,7 @@ uint32_t DBM_Open(const char* database, const char* table, uint32_t mode, const 
  * @return 0; 0x40010001 for no live handle, or for the last handle while another thread owns or
  *   uses the scope.
  */
-uint32_t DBM_Close(DBM_HANDLE handle);
+uint32_t DBM_Close(DBM_HANDLE handle) PLATFORM_NOEXCEPT;
 
 /* ---- Arrays: elements by number, each independent of the others -------------------------------
  */
@@ -117,19 +118,20 @@ uint32_t DBM_Close(DBM_HANDLE handle);
  * @return 0; -1 on failure.
  */
 int32_t DBM_SetArray(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t index,
-                     uint32_t value_len, const void* value, uint32_t value_type);
+                     uint32_t value_len, const void* value, uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * @param buf  borrowed, buf_size bytes.
  * @return bytes copied; 0 for an absent element or key; -1 on failure.
  */
 int32_t DBM_GetArray(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t index,
-                     uint32_t buf_size, void* buf);
+                     uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
 /**
  * The used index that follows, for walking an array in ascending order.
  * @param after  -1 (or any negative number) for the first one.
  * @return the index; -1 for none and on failure. An index above 2147483647 is never returned.
  */
-int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uint32_t key_len, int32_t after);
+int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uint32_t key_len,
+                              int32_t after) PLATFORM_NOEXCEPT;
 
 /* ---- Binary values ----------------------------------------------------------------------------
  */
@@ -141,27 +143,28 @@ int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uint32_t key_l
  * @param value  borrowed; may be null when value_len is 0. At most 2147483647 bytes.
  */
 uint32_t DBM_SetBinary(DBM_HANDLE handle, const void* key, uint32_t key_len, int32_t index,
-                       uint32_t value_len, const void* value, uint32_t value_type);
+                       uint32_t value_len, const void* value,
+                       uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * @param index  -1 or 0.
  * @param buf    borrowed, buf_size bytes.
  * @return bytes copied; 0 for an empty value and an absent key; -1 on failure.
  */
 int32_t DBM_GetBinary(DBM_HANDLE handle, const void* key, uint32_t key_len, int32_t index,
-                      uint32_t buf_size, void* buf);
+                      uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
 /** @return the stored length in bytes; 0 for an empty value and an absent key; -1 on failure. */
-int32_t DBM_GetBinaryLen(DBM_HANDLE handle, const void* key, uint32_t key_len);
+int32_t DBM_GetBinaryLen(DBM_HANDLE handle, const void* key, uint32_t key_len) PLATFORM_NOEXCEPT;
 
 /* ---- Keys -------------------------------------------------------------------------------------
  */
 
 /** @return exactly 1 or 0, for a key of any kind; 0 on failure. */
-uint32_t DBM_IsKeyExist(DBM_HANDLE handle, const void* key, uint32_t key_len);
+uint32_t DBM_IsKeyExist(DBM_HANDLE handle, const void* key, uint32_t key_len) PLATFORM_NOEXCEPT;
 /**
  * Removes the key with all it holds.
  * @return 0; 0x40010001 when it does not exist.
  */
-uint32_t DBM_DeleteKey(DBM_HANDLE handle, const void* key, uint32_t key_len);
+uint32_t DBM_DeleteKey(DBM_HANDLE handle, const void* key, uint32_t key_len) PLATFORM_NOEXCEPT;
 
 /* ---- Sorted lists: entries of one size, the sort key is unique --------------------------------
  */
@@ -174,7 +177,8 @@ uint32_t DBM_DeleteKey(DBM_HANDLE handle, const void* key, uint32_t key_len);
  *   is unusable.
  */
 uint32_t DBM_CreateSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                            const uint32_t attributes[4], uint32_t count, uint32_t value_type);
+                            const uint32_t attributes[4], uint32_t count,
+                            uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * Finds the entry whose sort key equals the probe's, and copies it over the probe.
  * @param entry_size  the list's entry size, which the first insert fixed.
@@ -182,7 +186,7 @@ uint32_t DBM_CreateSortList(DBM_HANDLE handle, const void* key, uint32_t key_len
  * @return the entry size; -1 when there is none, no such list, or another entry size.
  */
 int32_t DBM_GetSortList(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t entry_size,
-                        void* entry);
+                        void* entry) PLATFORM_NOEXCEPT;
 /**
  * Stores an entry; one with the same sort key is replaced. A new value type moves the key.
  * @param entry_size  at most 65535; the same for all entries of the list, also after it was
@@ -191,20 +195,22 @@ int32_t DBM_GetSortList(DBM_HANDLE handle, const void* key, uint32_t key_len, ui
  *   for another entry size, or one that does not hold the sort key.
  */
 uint32_t DBM_InsertSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                            uint32_t entry_size, const void* entry, uint32_t value_type);
+                            uint32_t entry_size, const void* entry,
+                            uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * Removes the entry with the probe's sort key.
  * @return 0; 0x40010001 when there is none, no such list, or another entry size.
  */
 uint32_t DBM_RemoveSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                            uint32_t entry_size, const void* entry);
+                            uint32_t entry_size, const void* entry) PLATFORM_NOEXCEPT;
 
 /* ---- AVL lists: entries of any length, the sort key is unique ---------------------------------
  */
 
 /** As DBM_CreateSortList. */
 uint32_t DBM_CreateAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                           const uint32_t attributes[4], uint32_t count, uint32_t value_type);
+                           const uint32_t attributes[4], uint32_t count,
+                           uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * Stores a new entry.
  * @param entry_len  bytes, at most 65535.
@@ -212,22 +218,22 @@ uint32_t DBM_CreateAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
  *   not exist, or the entry does not hold the sort key.
  */
 uint32_t DBM_InsertAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t entry_len,
-                           const void* entry);
+                           const void* entry) PLATFORM_NOEXCEPT;
 /**
  * Removes the entry with the probe's sort key. Only the sort key is read.
  * @param entry_len  size of the probe's buffer, not of the stored entry.
  * @return 0; 0x40010001 when there is none, no such list, or the buffer does not hold the sort key.
  */
 uint32_t DBM_RemoveAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t entry_len,
-                           const void* entry);
+                           const void* entry) PLATFORM_NOEXCEPT;
 /** Removes all entries; the list stays. @return 0; 0x40010001 when there is no such AVL list. */
-uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len);
+uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len) PLATFORM_NOEXCEPT;
 
 /* ---- Keys by value type -----------------------------------------------------------------------
  */
 
 /** @return the number of keys of the type, empty lists included; 0 on failure. */
-uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_type);
+uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_type) PLATFORM_NOEXCEPT;
 /**
  * Lists the keys of a type, ascending by their bytes.
  * @param count     capacity of slots; never exceeded, also when keys were added meanwhile.
@@ -238,9 +244,9 @@ uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_type);
  * @return the number filled; 0 on failure.
  */
 uint32_t DBM_GetKeysByValueType(DBM_HANDLE handle, uint32_t count, uint32_t value_type,
-                                void** iterator, DBM_KEY_SLOT* slots);
+                                void** iterator, DBM_KEY_SLOT* slots) PLATFORM_NOEXCEPT;
 /** @param iterator  consumed always; null is ignored. */
-void DBM_FreeIterator(void* iterator);
+void DBM_FreeIterator(void* iterator) PLATFORM_NOEXCEPT;
 
 /* ---- Walking a list ---------------------------------------------------------------------------
  */
@@ -257,7 +263,8 @@ typedef struct DBM_CURSOR DBM_CURSOR;
  *   failure.
  * @return 0; 0x40010001 when the key is no list.
  */
-uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t key_len, DBM_CURSOR** cursor);
+uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t key_len,
+                        DBM_CURSOR** cursor) PLATFORM_NOEXCEPT;
 /*
  * The steps, in ascending order of the sort key.
  * @param cursor  borrowed.
@@ -266,16 +273,17 @@ uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t key_len, DB
  *   last entry (First, Next, Seek) or before the first one (Last, Prev); -1 on failure, the cursor
  *   stays where it is.
  */
-int32_t DBM_CursorFirst(DBM_CURSOR* cursor, uint32_t buf_size, void* buf);
-int32_t DBM_CursorNext(DBM_CURSOR* cursor, uint32_t buf_size, void* buf);
-int32_t DBM_CursorLast(DBM_CURSOR* cursor, uint32_t buf_size, void* buf);
-int32_t DBM_CursorPrev(DBM_CURSOR* cursor, uint32_t buf_size, void* buf);
+int32_t DBM_CursorFirst(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
+int32_t DBM_CursorNext(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
+int32_t DBM_CursorLast(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
+int32_t DBM_CursorPrev(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) PLATFORM_NOEXCEPT;
 /** The first entry at or behind a sort key. @param sort_key  borrowed; as an entry holds it. */
-int32_t DBM_CursorSeek(DBM_CURSOR* cursor, const void* sort_key, uint32_t buf_size, void* buf);
+int32_t DBM_CursorSeek(DBM_CURSOR* cursor, const void* sort_key, uint32_t buf_size,
+                       void* buf) PLATFORM_NOEXCEPT;
 /** @param cursor  consumed always; null is ignored. */
-void DBM_CursorClose(DBM_CURSOR* cursor);
+void DBM_CursorClose(DBM_CURSOR* cursor) PLATFORM_NOEXCEPT;
 /** @return entries of a list, elements of an array, 1 for a binary; 0 when absent or on failure. */
-uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len);
+uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len) PLATFORM_NOEXCEPT;
 
 /* ---- Transaction scope ------------------------------------------------------------------------
  */
@@ -291,7 +299,7 @@ uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len);
  * Opens a scope or one more level. Waits for other writers.
  * @return 0; 0x40010001 on failure, for a read-only handle, or while the scope is lent.
  */
-uint32_t DBM_Begin(DBM_HANDLE handle);
+uint32_t DBM_Begin(DBM_HANDLE handle) PLATFORM_NOEXCEPT;
 /**
  * Ends a level; the outermost one writes.
  * @return 0: for the outermost level everything in the scope is stored, and durable in a durable
@@ -299,13 +307,13 @@ uint32_t DBM_Begin(DBM_HANDLE handle);
  * is stored, because a level was aborted, a write met a storage error, or the commit failed. The
  *   scope is over then too. A call that merely refused its arguments does not spoil the scope.
  */
-uint32_t DBM_Commit(DBM_HANDLE handle);
+uint32_t DBM_Commit(DBM_HANDLE handle) PLATFORM_NOEXCEPT;
 /**
  * Ends a level. The outermost one rolls back at once; an inner one marks the whole scope failed,
  * the outermost DBM_Commit then rolls back and fails.
  * @return 0; 0x40010001 when this thread uses no scope.
  */
-uint32_t DBM_Abort(DBM_HANDLE handle);
+uint32_t DBM_Abort(DBM_HANDLE handle) PLATFORM_NOEXCEPT;
 
 /*
  * Lending a scope. A thread that waits for a second one can let it write in its scope: the owner
@@ -320,26 +328,26 @@ uint32_t DBM_Abort(DBM_HANDLE handle);
  * @param token  receives the number that the borrower needs; good for one borrowing.
  * @return 0; 0x40010001 when this thread owns no scope or has lent it already.
  */
-uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token);
+uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token) PLATFORM_NOEXCEPT;
 /**
  * Makes the calling thread the scope's user until DBM_ReturnScope.
  * @return 0; 0x40010001 for a token that is used, recalled or unknown, in the owner itself, or
  * while this thread has a scope of its own on the database.
  */
-uint32_t DBM_BorrowScope(uint64_t token);
+uint32_t DBM_BorrowScope(uint64_t token) PLATFORM_NOEXCEPT;
 /**
  * Gives the scope back to its owner; must come before the owner is told to go on. Levels that the
  * borrower began and did not end are closed, and mark the scope failed.
  * @return 0; 0x40010001 when this thread has not borrowed with this token, or left levels open (the
  *   scope is returned in that case).
  */
-uint32_t DBM_ReturnScope(uint64_t token);
+uint32_t DBM_ReturnScope(uint64_t token) PLATFORM_NOEXCEPT;
 /**
  * Takes a lent scope back, after a wait that ended without a borrower. Never blocks.
  * @return 0: the scope is this thread's again, also when the borrower has returned it before.
  *   0x40010001: the borrower still uses it, or this thread owns no scope.
  */
-uint32_t DBM_RecallScope(DBM_HANDLE handle);
+uint32_t DBM_RecallScope(DBM_HANDLE handle) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -3,6 +3,7 @@
 #ifndef PLATFORM_HASH_H
 #define PLATFORM_HASH_H
 
+#include <platform/api.h>
 #include <stddef.h>
 #include <stdint.h>
 
@@ -32,7 +33,8 @@ typedef struct HASH_TABLE {
  *         memory is short.
  * @thread any; takes no lock.
  */
-HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* key));
+HASH_TABLE* HASH_Create(uint32_t bucket_count,
+                        uint32_t (*key_fn)(const void* key)) PLATFORM_NOEXCEPT;
 
 /**
  * Finds the first node, from the bucket's head on, that matches a key.
@@ -44,7 +46,7 @@ HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* ke
  * @thread under the lock of the table's user; takes none.
  */
 HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
-                     int (*compare)(const void* key, const HASH_NODE* node));
+                     int (*compare)(const void* key, const HASH_NODE* node)) PLATFORM_NOEXCEPT;
 
 /**
  * Destroys a table, its nodes bucket by bucket, each bucket from its head.
@@ -53,10 +55,10 @@ HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
  *                   the nodes to their owner.
  * @thread under the lock of the table's user, or when nobody else can reach the table.
  */
-void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node));
+void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node)) PLATFORM_NOEXCEPT;
 
 /** Makes `node` the first of the bucket that begins at `*head` (`&table->buckets[index]`). */
-static inline void HASH_LinkAtHead(HASH_NODE** head, HASH_NODE* node) {
+static inline void HASH_LinkAtHead(HASH_NODE** head, HASH_NODE* node) PLATFORM_NOEXCEPT {
     node->next = *head;
     node->prev_link = head;
     if (node->next != NULL) node->next->prev_link = &node->next;
@@ -64,7 +66,7 @@ static inline void HASH_LinkAtHead(HASH_NODE** head, HASH_NODE* node) {
 }
 
 /** Takes `node` out of its bucket; ignored for null and for a node that is in none. */
-static inline void HASH_Unlink(HASH_NODE* node) {
+static inline void HASH_Unlink(HASH_NODE* node) PLATFORM_NOEXCEPT {
     if (node == NULL || node->prev_link == NULL) return;
     *node->prev_link = node->next;
     if (node->next != NULL) node->next->prev_link = node->prev_link;

@@ -2,6 +2,7 @@
 #ifndef PLATFORM_IFNAME_H
 #define PLATFORM_IFNAME_H
 
+#include <platform/api.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -20,7 +21,8 @@ extern "C" {
  * @return 0; 0x40010001 when there is no such interface or attribute, `buffer` is null or `size` 0.
  * @thread any; takes no lock.
  */
-uint32_t IF_GetDataByIfIndex(uint32_t if_index, uint32_t attribute, uint32_t size, void* buffer);
+uint32_t IF_GetDataByIfIndex(uint32_t if_index, uint32_t attribute, uint32_t size,
+                             void* buffer) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -11,6 +11,7 @@
 #ifndef PLATFORM_LIPC_H
 #define PLATFORM_LIPC_H
 
+#include <platform/api.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -40,7 +41,7 @@ typedef struct LIPC_PEER {
  * @return 0; 0x40010001, and nothing changed, for null, an empty and a longer text.
  * @thread any; takes a lock of its own.
  */
-uint32_t LIPC_SetRuntimeDir(const char* directory);
+uint32_t LIPC_SetRuntimeDir(const char* directory) PLATFORM_NOEXCEPT;
 
 /**
  * Limits how long one connect, send or receive of this process may wait.
@@ -48,7 +49,7 @@ uint32_t LIPC_SetRuntimeDir(const char* directory);
  * @return 0.
  * @thread any; takes no lock.
  */
-uint32_t LIPC_SetWaitLimit(uint32_t milliseconds);
+uint32_t LIPC_SetWaitLimit(uint32_t milliseconds) PLATFORM_NOEXCEPT;
 
 /**
  * Creates a client socket.
@@ -59,7 +60,7 @@ uint32_t LIPC_SetWaitLimit(uint32_t milliseconds);
  *         else with the errno of socket(2).
  * @thread any; takes no lock.
  */
-int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol);
+int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) PLATFORM_NOEXCEPT;
 
 /**
  * Connects a client socket. A server that is busy is waited for, a minute at most or the limit of
@@ -73,14 +74,14 @@ int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol);
  *         when the socket is connected, else as connect(2).
  * @thread any; holds no lock while it waits.
  */
-int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length);
+int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length) PLATFORM_NOEXCEPT;
 
 /**
  * Closes a descriptor of LIPC_Socket or LIPC_ServerAccept.
  * @param fd  consumed always; negative is ignored.
  * @thread any; takes no lock.
  */
-void LIPC_Close(int32_t fd);
+void LIPC_Close(int32_t fd) PLATFORM_NOEXCEPT;
 
 /**
  * Serves an endpoint: makes the runtime directory (mode 0755; its parent must exist) and the socket
@@ -93,7 +94,7 @@ void LIPC_Close(int32_t fd);
  *         native family (clients would not come here), else as mkdir(2), open(2), bind(2).
  * @thread any; takes a lock of its own.
  */
-int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t mode);
+int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t mode) PLATFORM_NOEXCEPT;
 
 /**
  * Accepts one waiting connection. Never blocks, nor do reads and writes on the new descriptor.
@@ -104,7 +105,7 @@ int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t mode)
  *         accept(2) (EMFILE: the connection goes on waiting).
  * @thread any; takes no lock.
  */
-int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer);
+int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) PLATFORM_NOEXCEPT;
 
 /**
  * Ends a server: connections that wait are dropped, accepted ones live on. Removes the socket file
@@ -112,7 +113,7 @@ int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer);
  * @param server_fd  consumed always; a descriptor that is no server's is ignored.
  * @thread any; takes a lock of its own.
  */
-void LIPC_ServerClose(int32_t server_fd);
+void LIPC_ServerClose(int32_t server_fd) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

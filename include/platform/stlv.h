@@ -3,6 +3,7 @@
 #ifndef PLATFORM_STLV_H
 #define PLATFORM_STLV_H
 
+#include <platform/api.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -20,7 +21,8 @@ extern "C" {
  *         `room`, `length` is above 65535, or `buffer` or a needed `value` is null.
  * @thread any; takes no lock.
  */
-uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length, const void* value);
+uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length,
+                  const void* value) PLATFORM_NOEXCEPT;
 
 /**
  * Reads the item at the start of a buffer, without copying its value.
@@ -36,7 +38,7 @@ uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length, c
  * @thread any; takes no lock.
  */
 uint32_t STLV_Get(const void* buffer, uint32_t room, uint16_t* type, uint32_t* length,
-                  const void** value);
+                  const void** value) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

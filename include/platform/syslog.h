@@ -2,6 +2,7 @@
 #ifndef PLATFORM_SYSLOG_H
 #define PLATFORM_SYSLOG_H
 
+#include <platform/api.h>
 #include <stdarg.h>
 #include <stdint.h>
 
@@ -11,8 +12,8 @@ extern "C" {
 #pragma GCC visibility push(default)
 
 /* openlog and closelog are the C library's; declared here so that the library reaches the log only
- * through this header. openlog keeps the identity's address, so that text must live until closelog.
- */
+ * through this header, without noexcept as <syslog.h> has them. openlog keeps the identity's
+ * address, so that text must live until closelog. */
 void openlog(const char* identity, int option, int facility);
 void closelog(void);
 
@@ -35,7 +36,7 @@ void closelog(void);
  * @thread any; takes no lock but syslog's own.
  */
 void vsyslog2(uint32_t priority, const char* module, const char* label, const char* format,
-              va_list args);
+              va_list args) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -10,6 +10,7 @@
 #ifndef PLATFORM_TLV_H
 #define PLATFORM_TLV_H
 
+#include <platform/api.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -31,14 +32,14 @@ enum { TLV_FORM_DESCRIPTOR = 1, TLV_FORM_BUFFER = 2 };
  * @return returned, destroy with TLV_Destroy; null when memory is short.
  * @thread any.
  */
-TLV_MSG* TLV_Create(void);
+TLV_MSG* TLV_Create(void) PLATFORM_NOEXCEPT;
 
 /**
  * Destroys a message and ends its iterators. Messages taken out of it with AAA_GetSubTlv live on.
  * @param msg  consumed always; null is ignored.
  * @thread any, also another one than that which created it.
  */
-void TLV_Destroy(TLV_MSG* msg);
+void TLV_Destroy(TLV_MSG* msg) PLATFORM_NOEXCEPT;
 
 /**
  * The first TLV of a message.
@@ -46,7 +47,7 @@ void TLV_Destroy(TLV_MSG* msg);
  * @return owned by `msg`, valid until its next append or delete; null for an empty or null message.
  * @thread any.
  */
-TLV_ITER* TLV_GetFirst(TLV_MSG* msg);
+TLV_ITER* TLV_GetFirst(TLV_MSG* msg) PLATFORM_NOEXCEPT;
 
 /**
  * The TLV behind another one.
@@ -56,7 +57,7 @@ TLV_ITER* TLV_GetFirst(TLV_MSG* msg);
  *         null or foreign `it` and for a null message.
  * @thread any.
  */
-TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it);
+TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * The first TLV of a type.
@@ -65,7 +66,7 @@ TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it);
  *         null message.
  * @thread any.
  */
-TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type);
+TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) PLATFORM_NOEXCEPT;
 
 /**
  * Type and length of a TLV.
@@ -75,8 +76,8 @@ TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type);
  *         message and a null or foreign `it`.
  * @thread any.
  */
-uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it);
-uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it);
+uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
+uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * Copies the value of a TLV.
@@ -88,7 +89,8 @@ uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it);
  * @return 0; 0x40010001 for a null argument and a foreign `it`.
  * @thread any.
  */
-uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length, void* buffer);
+uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length,
+                                void* buffer) PLATFORM_NOEXCEPT;
 
 /**
  * The number in the first 4 bytes of a TLV, the counterpart of TLV_Append_UINT.
@@ -97,7 +99,7 @@ uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length, voi
  * @return the number; 0 when the TLV is shorter, for a null message and a null or foreign `it`.
  * @thread any.
  */
-uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it);
+uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * Append one TLV at the end of a message.
@@ -109,8 +111,9 @@ uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it);
  *         image would pass 4 GiB, or when memory is short.
  * @thread any.
  */
-uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length, const void* data);
-uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value);
+uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length,
+                         const void* data) PLATFORM_NOEXCEPT;
+uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value) PLATFORM_NOEXCEPT;
 
 /**
  * Deletes one TLV of a message; the others keep their order.
@@ -120,7 +123,7 @@ uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value);
  *         a message that shares its bytes finds no memory for its own.
  * @thread any.
  */
-uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it);
+uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * Length of a message's image.
@@ -129,7 +132,7 @@ uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it);
  * @return bytes, 8 for an empty message; 0 for a null message or another form.
  * @thread any.
  */
-uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form);
+uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form) PLATFORM_NOEXCEPT;
 
 /**
  * Writes a message's image to a buffer or sends it.
@@ -147,7 +150,8 @@ uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form);
  *         form. Callers test the low 16 bits of a descriptor's result.
  * @thread any; holds no lock while it waits.
  */
-uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max, uintptr_t fd_or_buffer);
+uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max,
+                   uintptr_t fd_or_buffer) PLATFORM_NOEXCEPT;
 
 /**
  * Makes a message from an image in a buffer, or receives one.
@@ -161,7 +165,8 @@ uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max, uintptr_t 
  *         for more than 16 MiB, when memory is short, and for another form.
  * @thread any; holds no lock while it waits.
  */
-TLV_MSG* TLV_CreateReceiveMsg(uint32_t form, uintptr_t fd_or_buffer, uint32_t wait_or_length);
+TLV_MSG* TLV_CreateReceiveMsg(uint32_t form, uintptr_t fd_or_buffer,
+                              uint32_t wait_or_length) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -54,22 +54,22 @@ TLV_MSG* DelHead(TLV_MSG* msg, Word (&words)[count], uint16_t body_type) noexcep
 
 extern "C" {
 
-TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) {
+TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) noexcept {
     return AddHead({{kOperation, opcode}}, kOperationBody, msg);
 }
 
-TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) {
+TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) noexcept {
     Word words[] = {{kOperation, 0}};
     TLV_MSG* body = DelHead(msg, words, kOperationBody);
     if (body != nullptr && opcode != nullptr) *opcode = words[0].value;
     return body;
 }
 
-TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) {
+TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) noexcept {
     return AddHead({{kDaemonType, type}, {kDaemonSubType, sub_type}}, kDaemonBody, msg);
 }
 
-TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) {
+TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) noexcept {
     Word words[] = {{kDaemonType, 0}, {kDaemonSubType, 0}};
     return DelHead(msg, words, kDaemonBody);
 }

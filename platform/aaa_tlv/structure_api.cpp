@@ -42,7 +42,7 @@ bool AppendSteps(TLV_MSG* msg, const AAA_ENCAP_STEP* steps, uint32_t step_count)
 extern "C" {
 
 void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
-                              uint32_t* length_out) {
+                              uint32_t* length_out) noexcept {
     if (length_out != nullptr) *length_out = 0;
     if (steps == nullptr && step_count != 0) return nullptr;
     TLV_MSG* msg = CreateMessage();
@@ -57,7 +57,8 @@ void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
     return image;
 }
 
-uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap, void* object) {
+uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap,
+                                 void* object) noexcept {
     TLV_MSG* sub = decap == nullptr ? nullptr : AAA_GetSubTlv(msg, it);
     if (sub == nullptr) return PLATFORM_FAILED;
     const uint32_t result = decap(sub, object);

@@ -4,7 +4,7 @@
 
 extern "C" {
 
-HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* key)) {
+HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* key)) noexcept {
     if (bucket_count == 0 || key_fn == nullptr) return nullptr;
     auto* table = static_cast<HASH_TABLE*>(std::calloc(1, sizeof(HASH_TABLE)));
     if (table == nullptr) return nullptr;
@@ -19,7 +19,7 @@ HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* ke
 }
 
 HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
-                     int (*compare)(const void* key, const HASH_NODE* node)) {
+                     int (*compare)(const void* key, const HASH_NODE* node)) noexcept {
     if (table == nullptr || key == nullptr || compare == nullptr) return nullptr;
     const uint32_t bucket = table->key_fn(key);
     if (bucket >= table->bucket_count) return nullptr;
@@ -28,7 +28,7 @@ HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
     return node;
 }
 
-void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node)) {
+void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node)) noexcept {
     if (table == nullptr) return;
     if (node_free != nullptr) {
         for (uint32_t i = 0; i < table->bucket_count; ++i) {

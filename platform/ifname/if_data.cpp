@@ -8,7 +8,7 @@
 #include "result.h"
 
 extern "C" uint32_t IF_GetDataByIfIndex(uint32_t if_index, uint32_t attribute, uint32_t size,
-                                        void* buffer) {
+                                        void* buffer) noexcept {
     if (buffer == nullptr || size == 0) return platform::PLATFORM_FAILED;
     auto* out = static_cast<char*>(buffer);
     out[0] = '\0';

@@ -33,16 +33,16 @@ void BoundConnect(int fd) noexcept {
 
 }  // namespace
 
-extern "C" uint32_t LIPC_SetRuntimeDir(const char* directory) {
+extern "C" uint32_t LIPC_SetRuntimeDir(const char* directory) noexcept {
     return platform::SetRuntimeDirectory(directory) ? platform::kOk : platform::PLATFORM_FAILED;
 }
 
-extern "C" uint32_t LIPC_SetWaitLimit(uint32_t milliseconds) {
+extern "C" uint32_t LIPC_SetWaitLimit(uint32_t milliseconds) noexcept {
     platform_SetWaitLimit(milliseconds);
     return platform::kOk;
 }
 
-extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) {
+extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) noexcept {
     if (family != platform::kNativeFamily || type != platform::kNativeType ||
         protocol != platform::kNativeProtocol) {
         return Refuse(EAFNOSUPPORT);
@@ -53,7 +53,7 @@ extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) {
     return fd;
 }
 
-extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length) {
+extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length) noexcept {
     LIPC_ADDRESS to;
     if (address == nullptr || length != sizeof to) return Refuse(EINVAL);
     std::memcpy(&to, address, sizeof to);
@@ -66,6 +66,6 @@ extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length
     return connect(fd, reinterpret_cast<const sockaddr*>(&file), sizeof file);
 }
 
-extern "C" void LIPC_Close(int32_t fd) {
+extern "C" void LIPC_Close(int32_t fd) noexcept {
     if (fd >= 0) close(fd);
 }

@@ -33,7 +33,8 @@ platform::Server* TakeOut(int fd) noexcept {
 
 }  // namespace
 
-extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t mode) {
+extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint,
+                                   uint32_t mode) noexcept {
     if (platform::HasNativeFamily()) return Refuse(EOPNOTSUPP);
     auto* server = new (std::nothrow) platform::Server;
     if (server == nullptr) return Refuse(ENOMEM);
@@ -47,7 +48,7 @@ extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uin
     return server->fd();
 }
 
-extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) {
+extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) noexcept {
     int fd;
     do {
         fd = accept4(server_fd, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
@@ -65,6 +66,6 @@ extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) {
     return fd;
 }
 
-extern "C" void LIPC_ServerClose(int32_t server_fd) {
+extern "C" void LIPC_ServerClose(int32_t server_fd) noexcept {
     delete TakeOut(server_fd);
 }

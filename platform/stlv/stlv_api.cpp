@@ -13,7 +13,8 @@ constexpr uint32_t kItemLengthAt = 2;
 
 extern "C" {
 
-uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length, const void* value) {
+uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length,
+                  const void* value) noexcept {
     if (buffer == nullptr || (value == nullptr && length != 0)) return 0;
     if (length > UINT16_MAX || room < kItemHeader + length) return 0;
     auto* at = static_cast<uint8_t*>(buffer);
@@ -24,7 +25,7 @@ uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length, c
 }
 
 uint32_t STLV_Get(const void* buffer, uint32_t room, uint16_t* type, uint32_t* length,
-                  const void** value) {
+                  const void** value) noexcept {
     if (buffer == nullptr || room < kItemHeader) return 0;
     const auto* at = static_cast<const uint8_t*>(buffer);
     const uint32_t size = LoadLittleEndian<uint16_t>(at + kItemLengthAt);

@@ -27,7 +27,7 @@ void MakeOneLine(char* text) {
 }  // namespace
 
 extern "C" void vsyslog2(uint32_t priority, const char* module, const char* label,
-                         const char* format, va_list args) {
+                         const char* format, va_list args) noexcept {
     if (format == nullptr) return;
     const int saved_errno = errno;
     char text[kTextSize];

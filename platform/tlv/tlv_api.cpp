@@ -15,37 +15,38 @@ constexpr uint32_t kSent = 1;
 
 extern "C" {
 
-TLV_MSG* TLV_Create(void) {
+TLV_MSG* TLV_Create(void) noexcept {
     return CreateMessage();
 }
 
-void TLV_Destroy(TLV_MSG* msg) {
+void TLV_Destroy(TLV_MSG* msg) noexcept {
     if (msg != nullptr) DestroyMessage(msg);
 }
 
-TLV_ITER* TLV_GetFirst(TLV_MSG* msg) {
+TLV_ITER* TLV_GetFirst(TLV_MSG* msg) noexcept {
     return msg == nullptr ? nullptr : First(msg);
 }
 
-TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) {
+TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) noexcept {
     return msg == nullptr ? nullptr : Next(msg, it);
 }
 
-TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) {
+TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) noexcept {
     return msg == nullptr ? nullptr : FindType(msg, type);
 }
 
-uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it) {
+uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     if (msg == nullptr) return 0;
     const TlvAt tlv = Locate(msg, it);
     return tlv ? tlv.Type() : 0;
 }
 
-uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it) {
+uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     return msg == nullptr ? 0 : Locate(msg, it).length;
 }
 
-uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length, void* buffer) {
+uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length,
+                                void* buffer) noexcept {
     if (msg == nullptr || buffer == nullptr) return PLATFORM_FAILED;
     const TlvAt tlv = Locate(msg, it);
     if (!tlv) return PLATFORM_FAILED;
@@ -53,29 +54,30 @@ uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length, voi
     return kOk;
 }
 
-uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) {
+uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     return msg == nullptr ? 0 : NumberAt<uint32_t>(msg, it);
 }
 
-uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length, const void* data) {
+uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length, const void* data) noexcept {
     if (msg == nullptr || (data == nullptr && length != 0)) return PLATFORM_FAILED;
     return AppendTlv(msg, type, length, data);
 }
 
-uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value) {
+uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value) noexcept {
     return msg == nullptr ? PLATFORM_FAILED : AppendNumber(msg, type, value);
 }
 
-uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) {
+uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) noexcept {
     return msg == nullptr ? PLATFORM_FAILED : DeleteTlv(msg, it);
 }
 
-uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form) {
+uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form) noexcept {
     const bool known = form == TLV_FORM_DESCRIPTOR || form == TLV_FORM_BUFFER;
     return msg == nullptr || !known ? 0 : msg->length;
 }
 
-uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max, uintptr_t fd_or_buffer) {
+uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max,
+                   uintptr_t fd_or_buffer) noexcept {
     if (msg == nullptr) return 0;
     if (form == TLV_FORM_DESCRIPTOR) {
         const uint32_t wait = platform_BoundWait(wait_or_max);
@@ -86,7 +88,8 @@ uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max, uintptr_t 
     return msg->length;
 }
 
-TLV_MSG* TLV_CreateReceiveMsg(uint32_t form, uintptr_t fd_or_buffer, uint32_t wait_or_length) {
+TLV_MSG* TLV_CreateReceiveMsg(uint32_t form, uintptr_t fd_or_buffer,
+                              uint32_t wait_or_length) noexcept {
     if (form == TLV_FORM_DESCRIPTOR) {
         return ReceiveMessage(static_cast<int>(fd_or_buffer), platform_BoundWait(wait_or_length));
     }

@@ -39,62 +39,63 @@ bool HasWordAt(TLV_MSG* msg, size_t index, uint16_t type) {
 
 }  // namespace
 
-extern "C" uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value) {
+extern "C" uint32_t AAA_AppendUINTTlvData(TLV_MSG* msg, uint16_t type, uint32_t value) noexcept {
     if (Hit(Event::kAppend)) return kFailed;
     Quiet quiet;
     return Append(msg, type, fake::LittleEndian(value, 4));
 }
 
-extern "C" uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value) {
+extern "C" uint32_t AAA_AppendUSHORTTlvData(TLV_MSG* msg, uint16_t type, uint16_t value) noexcept {
     if (Hit(Event::kAppend)) return kFailed;
     Quiet quiet;
     return Append(msg, type, fake::LittleEndian(value, 2));
 }
 
-extern "C" uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value) {
+extern "C" uint32_t AAA_AppendUINT64TlvData(TLV_MSG* msg, uint16_t type, uint64_t value) noexcept {
     if (Hit(Event::kAppend)) return kFailed;
     Quiet quiet;
     return Append(msg, type, fake::LittleEndian(value, 8));
 }
 
-extern "C" uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text) {
+extern "C" uint32_t AAA_AppendStrTlvData(TLV_MSG* msg, uint16_t type, const char* text) noexcept {
     if (Hit(Event::kAppend) || text == nullptr) return kFailed;
     Quiet quiet;
     return Append(msg, type, std::string(text, std::strlen(text) + 1));
 }
 
-extern "C" uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6]) {
+extern "C" uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type,
+                                         const uint8_t mac[6]) noexcept {
     if (Hit(Event::kAppend) || mac == nullptr) return kFailed;
     Quiet quiet;
     return Append(msg, type, std::string(reinterpret_cast<const char*>(mac), 6));
 }
 
-extern "C" uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub) {
+extern "C" uint32_t AAA_AppendSubTlv(TLV_MSG* msg, uint16_t type, TLV_MSG* sub) noexcept {
     if (Hit(Event::kAppend) || sub == nullptr) return kFailed;
     Quiet quiet;
     return Append(msg, type, fake::MakeImage(sub));
 }
 
-extern "C" uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint32_t AAA_GetUINTTlvValue(TLV_MSG* msg, TLV_ITER* it) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || item->value.size() < 4) return 0;
     return static_cast<uint32_t>(fake::FromLittleEndian(item->value, 0, 4));
 }
 
-extern "C" uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint64_t AAA_GetUINT64TlvValue(TLV_MSG* msg, TLV_ITER* it) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || item->value.size() < 8) return 0;
     return fake::FromLittleEndian(item->value, 0, 8);
 }
 
-extern "C" uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value) {
+extern "C" uint32_t AAA_GetUSHORTTlvValue(TLV_MSG* msg, TLV_ITER* it, uint16_t* value) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || value == nullptr || item->value.size() < 2) return kFailed;
     *value = static_cast<uint16_t>(fake::FromLittleEndian(item->value, 0, 2));
     return 0;
 }
 
-extern "C" uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]) {
+extern "C" uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6]) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || mac == nullptr || item->value.size() < 6) return kFailed;
     std::memcpy(mac, item->value.data(), 6);
@@ -102,7 +103,7 @@ extern "C" uint32_t AAA_GetMACTlvValue(TLV_MSG* msg, TLV_ITER* it, uint8_t mac[6
 }
 
 extern "C" uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capacity,
-                                       char* buffer) {
+                                       char* buffer) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || capacity == 0 || buffer == nullptr) return kFailed;
     const size_t text = std::min(item->value.find('\0'), item->value.size());
@@ -112,14 +113,14 @@ extern "C" uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capa
     return 0;
 }
 
-extern "C" TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" TLV_MSG* AAA_GetSubTlv(TLV_MSG* msg, TLV_ITER* it) noexcept {
     if (Hit(Event::kMessage)) return nullptr;
     Quiet quiet;
     const TLV_ITER* item = fake::Readable(msg, it);
     return item == nullptr ? nullptr : fake::ParseImage(item->value);
 }
 
-extern "C" TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) {
+extern "C" TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) noexcept {
     if (Hit(Event::kMessage) || msg == nullptr) return nullptr;
     Quiet quiet;
     TLV_MSG* out = fake::NewMessage();
@@ -128,7 +129,7 @@ extern "C" TLV_MSG* AAA_AddOpHead(uint32_t opcode, TLV_MSG* msg) {
     return out;
 }
 
-extern "C" TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) {
+extern "C" TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) noexcept {
     if (Hit(Event::kMessage) || !HasWordAt(msg, 0, kOpcode)) return nullptr;
     Quiet quiet;
     TLV_MSG* body = NestedAt(msg, 1, kOpBody);
@@ -138,7 +139,7 @@ extern "C" TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) {
     return body;
 }
 
-extern "C" TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) {
+extern "C" TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* msg) noexcept {
     if (Hit(Event::kMessage) || msg == nullptr) return nullptr;
     Quiet quiet;
     TLV_MSG* out = fake::NewMessage();
@@ -148,7 +149,7 @@ extern "C" TLV_MSG* AAA_AddAaadHead(uint32_t type, uint32_t sub_type, TLV_MSG* m
     return out;
 }
 
-extern "C" TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) {
+extern "C" TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) noexcept {
     if (Hit(Event::kMessage)) return nullptr;
     if (!HasWordAt(msg, 0, kAaadType) || !HasWordAt(msg, 1, kAaadSubType)) return nullptr;
     Quiet quiet;
@@ -156,7 +157,7 @@ extern "C" TLV_MSG* AAA_DelAaadHead(TLV_MSG* msg) {
 }
 
 extern "C" void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
-                                         uint32_t* length_out) {
+                                         uint32_t* length_out) noexcept {
     if (length_out != nullptr) *length_out = 0;
     if (Hit(Event::kMessage)) return nullptr;
     if (steps == nullptr && step_count != 0) return nullptr;
@@ -193,7 +194,7 @@ extern "C" void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t s
 }
 
 extern "C" uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap,
-                                            void* object) {
+                                            void* object) noexcept {
     if (Hit(Event::kMessage) || decap == nullptr) return kFailed;
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr) return kFailed;

@@ -199,12 +199,12 @@ void ResetDatabases() {
 using fake::All;
 using fake::kFailed;
 
-extern "C" uint32_t DBM_SetRoot(const char*, const char*) {
+extern "C" uint32_t DBM_SetRoot(const char*, const char*) noexcept {
     return 0;
 }
 
 extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t mode,
-                             const DBM_OPEN_ATTR* attr, DBM_HANDLE* handle) {
+                             const DBM_OPEN_ATTR* attr, DBM_HANDLE* handle) noexcept {
     const bool told_to_fail = fake::Hit(fake::Event::kDbm);
     fake::Inside inside;
     fake::DbmCall call{"DBM_Open", "", 0, mode, 0, "", 0, kFailed};
@@ -228,7 +228,7 @@ extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t m
     return static_cast<uint32_t>(call.result);
 }
 
-extern "C" uint32_t DBM_Close(DBM_HANDLE handle) {
+extern "C" uint32_t DBM_Close(DBM_HANDLE handle) noexcept {
     fake::Inside inside;
     uint32_t result = kFailed;
     fake::Database* database = fake::FindDatabase(handle);

@@ -112,13 +112,13 @@ int fake::OpenCursors() {
 
 extern "C" uint32_t DBM_CreateSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                        const uint32_t attributes[4], uint32_t count,
-                                       uint32_t value_type) {
+                                       uint32_t value_type) noexcept {
     return CreateList("DBM_CreateSortList", DBM_KIND_SORTED, handle, key, key_len, attributes,
                       count, value_type);
 }
 
 extern "C" int32_t DBM_GetSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                   uint32_t entry_size, void* entry) {
+                                   uint32_t entry_size, void* entry) noexcept {
     DbmScope call("DBM_GetSortList", handle, DbmScope::kRead, key, key_len);
     call.Value(entry_size, entry);
     const Record* list = call.Usable() ? call.Find(DBM_KIND_SORTED) : nullptr;
@@ -132,7 +132,7 @@ extern "C" int32_t DBM_GetSortList(DBM_HANDLE handle, const void* key, uint32_t 
 
 extern "C" uint32_t DBM_InsertSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                        uint32_t entry_size, const void* entry,
-                                       uint32_t value_type) {
+                                       uint32_t value_type) noexcept {
     DbmScope call("DBM_InsertSortList", handle, DbmScope::kWrite, key, key_len);
     call.Value(entry_size, entry).Type(value_type);
     Record* list = call.Usable() ? call.Find(DBM_KIND_SORTED) : nullptr;
@@ -146,7 +146,7 @@ extern "C" uint32_t DBM_InsertSortList(DBM_HANDLE handle, const void* key, uint3
 }
 
 extern "C" uint32_t DBM_RemoveSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                       uint32_t entry_size, const void* entry) {
+                                       uint32_t entry_size, const void* entry) noexcept {
     DbmScope call("DBM_RemoveSortList", handle, DbmScope::kWrite, key, key_len);
     call.Value(entry_size, entry);
     Record* list = call.Usable() ? call.Find(DBM_KIND_SORTED) : nullptr;
@@ -158,13 +158,13 @@ extern "C" uint32_t DBM_RemoveSortList(DBM_HANDLE handle, const void* key, uint3
 
 extern "C" uint32_t DBM_CreateAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                       const uint32_t attributes[4], uint32_t count,
-                                      uint32_t value_type) {
+                                      uint32_t value_type) noexcept {
     return CreateList("DBM_CreateAvlList", DBM_KIND_AVL, handle, key, key_len, attributes, count,
                       value_type);
 }
 
 extern "C" uint32_t DBM_InsertAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                      uint32_t entry_len, const void* entry) {
+                                      uint32_t entry_len, const void* entry) noexcept {
     DbmScope call("DBM_InsertAvlList", handle, DbmScope::kWrite, key, key_len);
     call.Value(entry_len, entry);
     Record* list = call.Usable() ? call.Find(DBM_KIND_AVL) : nullptr;
@@ -176,7 +176,7 @@ extern "C" uint32_t DBM_InsertAvlList(DBM_HANDLE handle, const void* key, uint32
 }
 
 extern "C" uint32_t DBM_RemoveAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                      uint32_t entry_len, const void* entry) {
+                                      uint32_t entry_len, const void* entry) noexcept {
     DbmScope call("DBM_RemoveAvlList", handle, DbmScope::kWrite, key, key_len);
     call.Value(entry_len, entry);
     Record* list = call.Usable() ? call.Find(DBM_KIND_AVL) : nullptr;
@@ -186,7 +186,8 @@ extern "C" uint32_t DBM_RemoveAvlList(DBM_HANDLE handle, const void* key, uint32
     return call.Return(list->entries.erase(*sort_key) != 0 ? 0u : kFailed);
 }
 
-extern "C" uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len) {
+extern "C" uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key,
+                                     uint32_t key_len) noexcept {
     DbmScope call("DBM_ClearAvlList", handle, DbmScope::kWrite, key, key_len);
     Record* list = call.Usable() ? call.Find(DBM_KIND_AVL) : nullptr;
     if (list == nullptr) return call.Return(kFailed);
@@ -195,7 +196,7 @@ extern "C" uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key, uint32_
 }
 
 extern "C" uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                   DBM_CURSOR** cursor) {
+                                   DBM_CURSOR** cursor) noexcept {
     DbmScope call("DBM_CursorOpen", handle, DbmScope::kRead, key, key_len);
     if (cursor != nullptr) *cursor = nullptr;
     if (cursor == nullptr || ListOf(call) == nullptr) return call.Return(kFailed);
@@ -204,30 +205,30 @@ extern "C" uint32_t DBM_CursorOpen(DBM_HANDLE handle, const void* key, uint32_t 
     return call.Return(0u);
 }
 
-extern "C" int32_t DBM_CursorFirst(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) {
+extern "C" int32_t DBM_CursorFirst(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) noexcept {
     return MoveCursor("DBM_CursorFirst", cursor, Move::kFirst, nullptr, buf_size, buf);
 }
-extern "C" int32_t DBM_CursorNext(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) {
+extern "C" int32_t DBM_CursorNext(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) noexcept {
     return MoveCursor("DBM_CursorNext", cursor, Move::kNext, nullptr, buf_size, buf);
 }
-extern "C" int32_t DBM_CursorLast(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) {
+extern "C" int32_t DBM_CursorLast(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) noexcept {
     return MoveCursor("DBM_CursorLast", cursor, Move::kLast, nullptr, buf_size, buf);
 }
-extern "C" int32_t DBM_CursorPrev(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) {
+extern "C" int32_t DBM_CursorPrev(DBM_CURSOR* cursor, uint32_t buf_size, void* buf) noexcept {
     return MoveCursor("DBM_CursorPrev", cursor, Move::kPrevious, nullptr, buf_size, buf);
 }
 extern "C" int32_t DBM_CursorSeek(DBM_CURSOR* cursor, const void* sort_key, uint32_t buf_size,
-                                  void* buf) {
+                                  void* buf) noexcept {
     return MoveCursor("DBM_CursorSeek", cursor, Move::kSeek, sort_key, buf_size, buf);
 }
-extern "C" void DBM_CursorClose(DBM_CURSOR* cursor) {
+extern "C" void DBM_CursorClose(DBM_CURSOR* cursor) noexcept {
     if (cursor == nullptr) return;
     fake::Quiet quiet;
     delete cursor;
     --open_cursors;
 }
 
-extern "C" uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len) {
+extern "C" uint32_t DBM_GetEntryNum(DBM_HANDLE handle, const void* key, uint32_t key_len) noexcept {
     DbmScope call("DBM_GetEntryNum", handle, DbmScope::kRead, key, key_len);
     const Record* record = call.Usable() ? call.Find() : nullptr;
     if (record == nullptr) return call.Return(0u);

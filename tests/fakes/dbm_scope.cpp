@@ -18,7 +18,7 @@ bool MayEndLevel(const Database* database) {
 
 }  // namespace
 
-extern "C" uint32_t DBM_Begin(DBM_HANDLE handle) {
+extern "C" uint32_t DBM_Begin(DBM_HANDLE handle) noexcept {
     DbmScope call("DBM_Begin", handle, DbmScope::kWrite, "*", 1);
     Database* database = fake::FindDatabase(handle);
     if (!call.Usable() || database == nullptr) return call.Return(kFailed);
@@ -29,7 +29,7 @@ extern "C" uint32_t DBM_Begin(DBM_HANDLE handle) {
     return call.Return(0u);
 }
 
-extern "C" uint32_t DBM_Commit(DBM_HANDLE handle) {
+extern "C" uint32_t DBM_Commit(DBM_HANDLE handle) noexcept {
     DbmScope call("DBM_Commit", handle, DbmScope::kControl);
     Database* database = fake::FindDatabase(handle);
     if (!MayEndLevel(database)) return call.Return(kFailed);
@@ -41,7 +41,7 @@ extern "C" uint32_t DBM_Commit(DBM_HANDLE handle) {
     return call.Return(failed ? kFailed : 0u);
 }
 
-extern "C" uint32_t DBM_Abort(DBM_HANDLE handle) {
+extern "C" uint32_t DBM_Abort(DBM_HANDLE handle) noexcept {
     fake::Quiet quiet;  // giving up cannot fail
     DbmScope call("DBM_Abort", handle, DbmScope::kControl);
     Database* database = fake::FindDatabase(handle);
@@ -53,7 +53,7 @@ extern "C" uint32_t DBM_Abort(DBM_HANDLE handle) {
     return call.Return(0u);
 }
 
-extern "C" uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token) {
+extern "C" uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token) noexcept {
     DbmScope call("DBM_LendScope", handle, DbmScope::kControl);
     Database* database = fake::FindDatabase(handle);
     if (!call.Usable() || token == nullptr || !database->IsUser() ||
@@ -66,7 +66,7 @@ extern "C" uint32_t DBM_LendScope(DBM_HANDLE handle, uint64_t* token) {
     return call.Return(0u);
 }
 
-extern "C" uint32_t DBM_BorrowScope(uint64_t token) {
+extern "C" uint32_t DBM_BorrowScope(uint64_t token) noexcept {
     const bool told_to_fail = fake::Hit(fake::Event::kDbm);
     fake::Inside inside;
     Database* database = fake::FindLent(token);
@@ -79,7 +79,7 @@ extern "C" uint32_t DBM_BorrowScope(uint64_t token) {
     return 0;
 }
 
-extern "C" uint32_t DBM_ReturnScope(uint64_t token) {
+extern "C" uint32_t DBM_ReturnScope(uint64_t token) noexcept {
     fake::Inside inside;
     Database* database = fake::FindLent(token);
     if (database == nullptr || database->lending != Database::kBorrowed || !database->IsUser()) {
@@ -92,7 +92,7 @@ extern "C" uint32_t DBM_ReturnScope(uint64_t token) {
     return levels_left ? kFailed : 0;
 }
 
-extern "C" uint32_t DBM_RecallScope(DBM_HANDLE handle) {
+extern "C" uint32_t DBM_RecallScope(DBM_HANDLE handle) noexcept {
     fake::Inside inside;
     Database* database = fake::FindDatabase(handle);
     if (database == nullptr || database->depth == 0 ||

@@ -11,7 +11,7 @@ using fake::Record;
 
 extern "C" int32_t DBM_SetArray(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                 uint32_t index, uint32_t value_len, const void* value,
-                                uint32_t value_type) {
+                                uint32_t value_type) noexcept {
     DbmScope call("DBM_SetArray", handle, DbmScope::kWrite, key, key_len);
     call.Index(index).Value(value_len, value).Type(value_type);
     if (!call.Usable() || (value_len != 0 && value == nullptr)) return call.Return(-1);
@@ -29,7 +29,7 @@ extern "C" int32_t DBM_SetArray(DBM_HANDLE handle, const void* key, uint32_t key
 }
 
 extern "C" int32_t DBM_GetArray(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                uint32_t index, uint32_t buf_size, void* buf) {
+                                uint32_t index, uint32_t buf_size, void* buf) noexcept {
     DbmScope call("DBM_GetArray", handle, DbmScope::kRead, key, key_len);
     call.Index(index);
     if (!call.Usable() || (buf == nullptr && buf_size != 0)) return call.Return(-1);
@@ -42,7 +42,7 @@ extern "C" int32_t DBM_GetArray(DBM_HANDLE handle, const void* key, uint32_t key
 }
 
 extern "C" int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                         int32_t after) {
+                                         int32_t after) noexcept {
     DbmScope call("DBM_GetNextArrayIndex", handle, DbmScope::kRead, key, key_len);
     call.Index(after);
     const Record* record = call.Usable() ? call.Find(DBM_KIND_ARRAY) : nullptr;
@@ -55,7 +55,7 @@ extern "C" int32_t DBM_GetNextArrayIndex(DBM_HANDLE handle, const void* key, uin
 
 extern "C" uint32_t DBM_SetBinary(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                   int32_t index, uint32_t value_len, const void* value,
-                                  uint32_t value_type) {
+                                  uint32_t value_type) noexcept {
     DbmScope call("DBM_SetBinary", handle, DbmScope::kWrite, key, key_len);
     call.Index(index).Value(value_len, value).Type(value_type);
     if (!call.Usable() || (value_len != 0 && value == nullptr)) return call.Return(kFailed);
@@ -71,7 +71,7 @@ extern "C" uint32_t DBM_SetBinary(DBM_HANDLE handle, const void* key, uint32_t k
 }
 
 extern "C" int32_t DBM_GetBinary(DBM_HANDLE handle, const void* key, uint32_t key_len,
-                                 int32_t index, uint32_t buf_size, void* buf) {
+                                 int32_t index, uint32_t buf_size, void* buf) noexcept {
     DbmScope call("DBM_GetBinary", handle, DbmScope::kRead, key, key_len);
     call.Index(index);
     if (!call.Usable() || (index != -1 && index != 0)) return call.Return(-1);
@@ -82,7 +82,7 @@ extern "C" int32_t DBM_GetBinary(DBM_HANDLE handle, const void* key, uint32_t ke
     return call.Return(fake::CopyOut(record->binary, buf_size, buf));
 }
 
-extern "C" int32_t DBM_GetBinaryLen(DBM_HANDLE handle, const void* key, uint32_t key_len) {
+extern "C" int32_t DBM_GetBinaryLen(DBM_HANDLE handle, const void* key, uint32_t key_len) noexcept {
     DbmScope call("DBM_GetBinaryLen", handle, DbmScope::kRead, key, key_len);
     if (!call.Usable()) return call.Return(-1);
     const Record* record = call.Find();
@@ -91,19 +91,19 @@ extern "C" int32_t DBM_GetBinaryLen(DBM_HANDLE handle, const void* key, uint32_t
     return call.Return(static_cast<int32_t>(record->binary.size()));
 }
 
-extern "C" uint32_t DBM_IsKeyExist(DBM_HANDLE handle, const void* key, uint32_t key_len) {
+extern "C" uint32_t DBM_IsKeyExist(DBM_HANDLE handle, const void* key, uint32_t key_len) noexcept {
     DbmScope call("DBM_IsKeyExist", handle, DbmScope::kRead, key, key_len);
     return call.Return(call.Usable() && call.Find() != nullptr ? 1u : 0u);
 }
 
-extern "C" uint32_t DBM_DeleteKey(DBM_HANDLE handle, const void* key, uint32_t key_len) {
+extern "C" uint32_t DBM_DeleteKey(DBM_HANDLE handle, const void* key, uint32_t key_len) noexcept {
     DbmScope call("DBM_DeleteKey", handle, DbmScope::kWrite, key, key_len);
     if (!call.Usable() || call.Find() == nullptr) return call.Return(kFailed);
     call.table().erase(call.key());
     return call.Return(0u);
 }
 
-extern "C" uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_type) {
+extern "C" uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_type) noexcept {
     DbmScope call("DBM_GetKeyNumByValueType", handle, DbmScope::kRead, "*", 1);
     call.Type(value_type);
     if (!call.Usable()) return call.Return(0u);
@@ -113,7 +113,7 @@ extern "C" uint32_t DBM_GetKeyNumByValueType(DBM_HANDLE handle, uint32_t value_t
 }
 
 extern "C" uint32_t DBM_GetKeysByValueType(DBM_HANDLE handle, uint32_t count, uint32_t value_type,
-                                           void** iterator, DBM_KEY_SLOT* slots) {
+                                           void** iterator, DBM_KEY_SLOT* slots) noexcept {
     DbmScope call("DBM_GetKeysByValueType", handle, DbmScope::kRead, "*", 1);
     call.Type(value_type).Index(count);
     if (iterator != nullptr) *iterator = nullptr;
@@ -132,7 +132,7 @@ extern "C" uint32_t DBM_GetKeysByValueType(DBM_HANDLE handle, uint32_t count, ui
     return call.Return(filled);
 }
 
-extern "C" void DBM_FreeIterator(void* iterator) {
+extern "C" void DBM_FreeIterator(void* iterator) noexcept {
     fake::Quiet quiet;
     delete static_cast<char*>(iterator);
 }

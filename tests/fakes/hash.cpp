@@ -4,7 +4,8 @@
 
 #include "fakes/state.h"
 
-extern "C" HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(const void* key)) {
+extern "C" HASH_TABLE* HASH_Create(uint32_t bucket_count,
+                                   uint32_t (*key_fn)(const void* key)) noexcept {
     if (fake::Hit(fake::Event::kHashCreate)) return nullptr;
     if (bucket_count == 0 || key_fn == nullptr) return nullptr;
     fake::Quiet quiet;
@@ -17,7 +18,7 @@ extern "C" HASH_TABLE* HASH_Create(uint32_t bucket_count, uint32_t (*key_fn)(con
 }
 
 extern "C" HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
-                                int (*compare)(const void* key, const HASH_NODE* node)) {
+                                int (*compare)(const void* key, const HASH_NODE* node)) noexcept {
     if (table == nullptr || compare == nullptr) return nullptr;
     const uint32_t bucket = table->key_fn(key);
     if (bucket >= table->bucket_count) return nullptr;
@@ -27,7 +28,7 @@ extern "C" HASH_NODE* HASH_Find(HASH_TABLE* table, const void* key,
     return nullptr;
 }
 
-extern "C" void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node)) {
+extern "C" void HASH_Destroy(HASH_TABLE* table, void (*node_free)(HASH_NODE* node)) noexcept {
     if (table == nullptr) return;
     for (uint32_t bucket = 0; bucket < table->bucket_count; ++bucket) {
         while (HASH_NODE* node = table->buckets[bucket]) {

@@ -23,7 +23,7 @@ void ResetInterfaces() {
 }  // namespace fake
 
 extern "C" uint32_t IF_GetDataByIfIndex(uint32_t if_index, uint32_t attribute, uint32_t size,
-                                        void* buffer) {
+                                        void* buffer) noexcept {
     fake::Inside inside;
     if (buffer == nullptr || size == 0) return fake::kFailed;
     std::memset(buffer, 0, size);

@@ -212,17 +212,17 @@ void ResetSockets() {
 
 }  // namespace fake
 
-extern "C" uint32_t LIPC_SetRuntimeDir(const char* directory) {
+extern "C" uint32_t LIPC_SetRuntimeDir(const char* directory) noexcept {
     return directory == nullptr ? fake::kFailed : 0;
 }
 
-extern "C" uint32_t LIPC_SetWaitLimit(uint32_t milliseconds) {
+extern "C" uint32_t LIPC_SetWaitLimit(uint32_t milliseconds) noexcept {
     fake::Inside inside;
     fake::Net().wait_limit = milliseconds;
     return 0;
 }
 
-extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) {
+extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) noexcept {
     const bool fails = fake::Hit(fake::Event::kSocket);
     fake::Inside inside;
     fake::Net().socket_calls.push_back({family, type, protocol});
@@ -233,7 +233,7 @@ extern "C" int32_t LIPC_Socket(int32_t family, int32_t type, int32_t protocol) {
     return -1;
 }
 
-extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length) {
+extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length) noexcept {
     fake::Inside inside;
     fake::ConnectCall call{fd, {}, length, 0};
     if (address != nullptr) {
@@ -245,12 +245,12 @@ extern "C" int32_t LIPC_Connect(int32_t fd, const void* address, uint32_t length
     return call.error == 0 ? 0 : -1;
 }
 
-extern "C" void LIPC_Close(int32_t fd) {
+extern "C" void LIPC_Close(int32_t fd) noexcept {
     fake::Inside inside;
     fake::Close(fd);
 }
 
-extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t) {
+extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t) noexcept {
     fake::Inside inside;
     if (fake::Listener(fake::Endpoint(endpoint, sub_endpoint)) != nullptr) {
         errno = EADDRINUSE;
@@ -261,7 +261,7 @@ extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uin
     return fd;
 }
 
-extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) {
+extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) noexcept {
     fake::Inside inside;
     fake::Socket* socket = fake::Find(server_fd);
     if (socket == nullptr || socket->kind != fake::Socket::kListening) {
@@ -278,6 +278,6 @@ extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) {
     return fd;
 }
 
-extern "C" void LIPC_ServerClose(int32_t server_fd) {
+extern "C" void LIPC_ServerClose(int32_t server_fd) noexcept {
     LIPC_Close(server_fd);
 }

@@ -4,7 +4,7 @@
 
 // Item: type and length, 16 bits each in little-endian order, then the value.
 extern "C" uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_t length,
-                             const void* value) {
+                             const void* value) noexcept {
     if (buffer == nullptr || (value == nullptr && length != 0)) return 0;
     if (length > 0xFFFF || room < 4 || length > room - 4) return 0;
     auto* out = static_cast<uint8_t*>(buffer);
@@ -17,7 +17,7 @@ extern "C" uint32_t STLV_Set(void* buffer, uint32_t room, uint16_t type, uint32_
 }
 
 extern "C" uint32_t STLV_Get(const void* buffer, uint32_t room, uint16_t* type, uint32_t* length,
-                             const void** value) {
+                             const void** value) noexcept {
     if (buffer == nullptr || room < 4) return 0;
     const auto* in = static_cast<const uint8_t*>(buffer);
     const uint32_t size = in[2] | in[3] << 8;

@@ -45,7 +45,7 @@ extern "C" void closelog(void) {
 }
 
 extern "C" void vsyslog2(uint32_t priority, const char* module, const char* label,
-                         const char* format, va_list args) {
+                         const char* format, va_list args) noexcept {
     fake::Inside inside;
     std::string text;
     if (format != nullptr) {

@@ -11,20 +11,20 @@ using fake::Hit;
 using fake::kFailed;
 using fake::Quiet;
 
-extern "C" TLV_MSG* TLV_Create(void) {
+extern "C" TLV_MSG* TLV_Create(void) noexcept {
     if (Hit(Event::kMessage)) return nullptr;
     return fake::NewMessage();
 }
 
-extern "C" void TLV_Destroy(TLV_MSG* msg) {
+extern "C" void TLV_Destroy(TLV_MSG* msg) noexcept {
     fake::DestroyMessage(msg);
 }
 
-extern "C" TLV_ITER* TLV_GetFirst(TLV_MSG* msg) {
+extern "C" TLV_ITER* TLV_GetFirst(TLV_MSG* msg) noexcept {
     return msg == nullptr ? nullptr : fake::HandOut(msg, 0);
 }
 
-extern "C" TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) noexcept {
     if (fake::Readable(msg, it) == nullptr) return nullptr;
     for (size_t i = 0; i < msg->items.size(); ++i) {
         if (msg->items[i].get() == it) return fake::HandOut(msg, i + 1);
@@ -32,7 +32,7 @@ extern "C" TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) {
     return nullptr;
 }
 
-extern "C" TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) {
+extern "C" TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) noexcept {
     if (msg == nullptr) return nullptr;
     for (size_t i = 0; i < msg->items.size(); ++i) {
         if (msg->items[i]->type == type) return fake::HandOut(msg, i);
@@ -40,32 +40,32 @@ extern "C" TLV_ITER* TLV_GetIteratorByType(TLV_MSG* msg, uint16_t type) {
     return nullptr;
 }
 
-extern "C" uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint16_t TLV_GetTypeByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     return item == nullptr ? uint16_t{0} : item->type;
 }
 
-extern "C" uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint32_t TLV_GetLenByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     return item == nullptr ? 0 : static_cast<uint32_t>(item->value.size());
 }
 
 extern "C" uint32_t TLV_GetValueByIterator(TLV_MSG* msg, TLV_ITER* it, uint32_t length,
-                                           void* buffer) {
+                                           void* buffer) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || buffer == nullptr) return kFailed;
     std::memcpy(buffer, item->value.data(), std::min<size_t>(length, item->value.size()));
     return 0;
 }
 
-extern "C" uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || item->value.size() < 4) return 0;
     return static_cast<uint32_t>(fake::FromLittleEndian(item->value, 0, 4));
 }
 
 extern "C" uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length,
-                                    const void* data) {
+                                    const void* data) noexcept {
     if (Hit(Event::kAppend)) return kFailed;
     if (msg == nullptr || (data == nullptr && length != 0)) return kFailed;
     Quiet quiet;
@@ -73,7 +73,7 @@ extern "C" uint32_t TLV_Append_Data(TLV_MSG* msg, uint16_t type, uint32_t length
     return 0;
 }
 
-extern "C" uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value) {
+extern "C" uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value) noexcept {
     if (Hit(Event::kAppend)) return kFailed;
     if (msg == nullptr) return kFailed;
     Quiet quiet;
@@ -81,7 +81,7 @@ extern "C" uint32_t TLV_Append_UINT(TLV_MSG* msg, uint16_t type, uint32_t value)
     return 0;
 }
 
-extern "C" uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) {
+extern "C" uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) noexcept {
     if (fake::Readable(msg, it) == nullptr) return kFailed;
     Quiet quiet;
     for (size_t i = 0; i < msg->items.size(); ++i) {
@@ -94,14 +94,14 @@ extern "C" uint32_t TLV_Delete_Data(TLV_MSG* msg, TLV_ITER* it) {
     return kFailed;
 }
 
-extern "C" uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form) {
+extern "C" uint32_t TLV_GetMsgLen(TLV_MSG* msg, uint32_t form) noexcept {
     if (msg == nullptr || (form != TLV_FORM_DESCRIPTOR && form != TLV_FORM_BUFFER)) return 0;
     Quiet quiet;
     return static_cast<uint32_t>(fake::MakeImage(msg).size());
 }
 
 extern "C" uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max,
-                              uintptr_t fd_or_buffer) {
+                              uintptr_t fd_or_buffer) noexcept {
     if (Hit(Event::kFlush)) return 0;
     if (msg == nullptr) return 0;
     Quiet quiet;
@@ -115,7 +115,7 @@ extern "C" uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max,
 }
 
 extern "C" TLV_MSG* TLV_CreateReceiveMsg(uint32_t form, uintptr_t fd_or_buffer,
-                                         uint32_t wait_or_length) {
+                                         uint32_t wait_or_length) noexcept {
     if (Hit(Event::kMessage)) return nullptr;
     Quiet quiet;
     std::string image;

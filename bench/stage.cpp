@@ -19,30 +19,56 @@ void Demand(bool good, const char* what) {
     exit(1);
 }
 
+void Fill(char* field, size_t capacity, const char* text) {
+    snprintf(field, capacity, "%s", text);
+}
+
+/// Three methods in every list of every service, and every setting and attribute.
 void SetFull(const char* name) {
+    const uint32_t kinds[] = {METHOD_SCHEME_2, METHOD_SCHEME_1, METHOD_LAST_5};
     for (uint32_t type : {AAA_TYPE_0, AAA_TYPE_4, AAA_TYPE_5}) {
-        MethodList list{};
-        list.aaa_type = type;
-        list.service = DOM_DEFAULT_SERVICE;
-        const uint32_t kinds[] = {METHOD_SCHEME_2, METHOD_SCHEME_1, METHOD_LAST_5};
-        for (int i = 0; i < 3; ++i) {
-            list.methods[i].method_kind = kinds[i];
-            if (kinds[i] != METHOD_LAST_5) strcpy(list.methods[i].scheme_name, "radius-main");
+        for (uint32_t service = 0; service < DOM_SERVICES; ++service) {
+            MethodList list{};
+            list.aaa_type = type;
+            list.service = service;
+            for (int i = 0; i < 3; ++i) {
+                list.methods[i].method_kind = kinds[i];
+                if (kinds[i] == METHOD_LAST_5) continue;
+                Fill(list.methods[i].scheme_name, DOM_SCHEME_NAME_SIZE, "radius-main");
+            }
+            MethodEntry extra{};
+            extra.method_kind = METHOD_SCHEME_1;
+            Fill(extra.scheme_name, DOM_SCHEME_NAME_SIZE, "tacacs-backup");
+            Demand(DOM_AddMethodList(name, &list, &extra) == DOM_OK, "DOM_AddMethodList");
         }
-        const MethodEntry extra{};
-        Demand(DOM_AddMethodList(name, &list, &extra) == DOM_OK, "DOM_AddMethodList");
     }
     AuthorAttr attributes{};
     DOM_InitAuthorAttr(&attributes);
-    strcpy(attributes.kind1_text, "acl-3000");
-    strcpy(attributes.kind2_text, "pool-north");
-    strcpy(attributes.ita_policy_name, "monthly");
-    attributes.kind5_addr.family = 2;
-    memcpy(attributes.kind5_addr.address, "\xC0\x00\x02\x35", 4);
+    Fill(attributes.kind1_text, sizeof attributes.kind1_text, "acl-3000");
+    Fill(attributes.kind2_text, sizeof attributes.kind2_text, "pool-north");
+    Fill(attributes.kind4_text, sizeof attributes.kind4_text, "pool-south");
+    Fill(attributes.kind7_text, sizeof attributes.kind7_text, "https://portal.example.net/welcome");
+    Fill(attributes.kind8_text, sizeof attributes.kind8_text, "vpn-blue");
+    Fill(attributes.ita_policy_name, sizeof attributes.ita_policy_name, "monthly");
+    Fill(attributes.kind18_text, sizeof attributes.kind18_text, "qos-gold");
+    Fill(attributes.kind20_text, sizeof attributes.kind20_text, "group-a");
+    Fill(attributes.kind22_text, sizeof attributes.kind22_text, "service-7");
+    Fill(attributes.author_profile_name, sizeof attributes.author_profile_name, "profile-3");
+    Fill(attributes.kind26_text, sizeof attributes.kind26_text, "https://login.example.net");
+    for (AttrAddress* address : {&attributes.kind5_addr, &attributes.kind6_addr,
+                                 &attributes.kind16_addr, &attributes.kind17_addr}) {
+        address->family = 2;
+        memcpy(address->address, "\xC0\x00\x02\x35", 4);
+    }
+    for (uint32_t& word : attributes.kind3_words) word = 0x20010DB8;
     for (uint32_t& rate : attributes.kind21_rates) rate = 2048;
-    for (uint32_t kind : {1u, 2u, 5u, 12u, 21u}) {
+    for (uint32_t kind = 0; kind < DOM_ATTR_KINDS; ++kind) {
         Demand(DOM_AddAuthorAttr(name, &attributes, kind) == DOM_OK, "DOM_AddAuthorAttr");
     }
+    EscapeRecoverAction action{};
+    Fill(action.domain_name, DOM_NAME_SIZE, "recovered.example");
+    Demand(DOM_SetEscapeRecoverAction(name, 1, &action) == DOM_OK, "escape-recover");
+    Demand(DOM_SetAuthFailDomain(name, "restricted.example", 1) == DOM_OK, "auth-fail domain");
     Demand(DOM_SetSessionTime(name, 3600) == DOM_OK, "DOM_SetSessionTime");
     Demand(DOM_SetAuthRdFailPermitDomain(1, name, "guest.example") == DOM_OK, "permit domain");
 }

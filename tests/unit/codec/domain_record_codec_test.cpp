@@ -112,8 +112,15 @@ TEST_F(DomainRecord, AttributeOrder) {
 }
 
 TEST_F(DomainRecord, UnterminatedFieldsAreSentWholeAndReadBackCut) {
-    memset(record_->author_attr.kind1_text, 'a', sizeof record_->author_attr.kind1_text);
+    AuthorAttr& attributes = record_->author_attr;
+    memset(attributes.kind1_text, 'a', sizeof attributes.kind1_text);
+    strcpy(attributes.kind2_text, "next field");
     memset(record_->name, 'n', sizeof record_->name);
+    attributes.kind0_word1 = 0x7A7A7A7A;  // follows the name
+    const TlvPtr msg = Encoded();
+    EXPECT_EQ(TextOf(msg.get(), DOM_TLV_DOMAIN_NAME), std::string(256, 'n'));
+    const TlvPtr sub = aaadom::FindTlv(msg.get(), DOM_TLV_AUTHOR_ATTR).Sub();
+    EXPECT_EQ(TextOf(sub.get(), DOM_TLV_ATTR_K1_TEXT), std::string(32, 'a'));
     const DomainPtr decoded = RoundTrip();
     ASSERT_NE(decoded, nullptr);
     EXPECT_EQ(std::string(decoded->name), std::string(255, 'n'));

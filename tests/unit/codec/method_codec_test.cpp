@@ -241,6 +241,13 @@ TEST_F(NetworkItem, TooLongNameIsNotRepairedByAShorterOne) {
     EXPECT_EQ(DOM_DecapTLVItemToMethod(msg.get(), items), DOM_ERR_FAILED);
 }
 
+TEST_F(NetworkItem, LaterShorterNameReplacesTheWholeName) {
+    Message msg = Wire(1, "longer-name");
+    msg.Raw(DOM_ITEM_TLV_NAME, "ok");
+    ASSERT_EQ(DOM_DecapTLVItemToMethod(msg.get(), items), DOM_OK);
+    EXPECT_STREQ(items[1].scheme_name, "ok");
+}
+
 TEST_F(NetworkItem, ItemWithoutPositionIsRefused) {
     Message msg;
     msg.U32(DOM_ITEM_TLV_TYPE, htonl(2));

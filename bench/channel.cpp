@@ -4,8 +4,6 @@
 #include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
 #include <poll.h>
-#include <signal.h>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 #include "stage.h"
@@ -25,11 +23,12 @@ TLV_MSG* DomainReply() {
     return reply;
 }
 
-[[noreturn]] void Echo(int32_t server, TLV_MSG* reply) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+/// Answers until the other end of `lifeline` is closed, which the end of its process does.
+[[noreturn]] void Echo(int32_t server, int lifeline, TLV_MSG* reply) {
     for (;;) {
-        pollfd ready{server, POLLIN, 0};
-        poll(&ready, 1, -1);
+        pollfd ready[] = {{server, POLLIN, 0}, {lifeline, 0, 0}};
+        poll(ready, 2, -1);
+        if (ready[1].revents != 0) _exit(0);
         LIPC_PEER peer;
         const int32_t fd = LIPC_ServerAccept(server, &peer);
         if (fd < 0) continue;
@@ -46,7 +45,15 @@ void StartEcho() {
         Daemon::Running();
         TLV_MSG* reply = DomainReply();
         const int32_t server = LIPC_ServerOpen(kEchoEndpoint, DOM_LIPC_SUB_ENDPOINT, 0600);
-        if (fork() == 0) Echo(server, reply);
+        int lifeline[2];
+        if (server < 0 || pipe(lifeline) != 0) return false;
+        if (fork() == 0) {
+            close(lifeline[1]);
+            Echo(server, lifeline[0], reply);
+        }
+        close(lifeline[0]);
+        // A listening socket that nobody serves would keep clients waiting.
+        close(server);
         TLV_Destroy(reply);
         return true;
     }();

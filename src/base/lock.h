@@ -39,44 +39,73 @@ class AAADOM_CAPABILITY("mutex") Mutex {
     pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
 };
 
+// The guards below release what they locked and nothing else: after Fini, or where a thread already
+// holds the write side, a lock call fails, and an unlock would release somebody else's lock.
+
 class AAADOM_SCOPED_CAPABILITY MutexGuard {
   public:
-    explicit MutexGuard(Mutex& mutex) noexcept AAADOM_ACQUIRE(mutex) : mutex_(mutex) {
-        (void)mutex_.Lock();  // a default mutex fails only when misused
+    explicit MutexGuard(Mutex& mutex) noexcept AAADOM_ACQUIRE(mutex)
+        : mutex_(mutex), held_(mutex.Lock() == 0) {}
+    ~MutexGuard() AAADOM_RELEASE() AAADOM_NO_TSA {
+        if (held_) (void)mutex_.Unlock();
     }
-    ~MutexGuard() AAADOM_RELEASE() { (void)mutex_.Unlock(); }
     MutexGuard(const MutexGuard&) = delete;
     MutexGuard& operator=(const MutexGuard&) = delete;
 
   private:
     Mutex& mutex_;
+    const bool held_;
 };
 
-/// A pthread reader-writer lock that lives in a structure of the interface.
+/// A pthread mutex that the library exports as an object.
+class AAADOM_SCOPED_CAPABILITY ExportedMutexGuard {
+  public:
+    explicit ExportedMutexGuard(pthread_mutex_t& mutex) noexcept AAADOM_NO_TSA
+        : mutex_(mutex),
+          held_(pthread_mutex_lock(&mutex) == 0) {}
+    ~ExportedMutexGuard() AAADOM_NO_TSA {
+        if (held_) (void)pthread_mutex_unlock(&mutex_);
+    }
+    ExportedMutexGuard(const ExportedMutexGuard&) = delete;
+    ExportedMutexGuard& operator=(const ExportedMutexGuard&) = delete;
+
+  private:
+    pthread_mutex_t& mutex_;
+    const bool held_;
+};
+
+/// The read side of a pthread reader-writer lock that lives in a structure of the interface.
 class AAADOM_SCOPED_CAPABILITY ReadGuard {
   public:
-    explicit ReadGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA : lock_(lock) {
-        (void)pthread_rwlock_rdlock(&lock_);
+    explicit ReadGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA
+        : lock_(lock),
+          held_(pthread_rwlock_rdlock(&lock) == 0) {}
+    ~ReadGuard() AAADOM_NO_TSA {
+        if (held_) (void)pthread_rwlock_unlock(&lock_);
     }
-    ~ReadGuard() AAADOM_NO_TSA { (void)pthread_rwlock_unlock(&lock_); }
     ReadGuard(const ReadGuard&) = delete;
     ReadGuard& operator=(const ReadGuard&) = delete;
 
   private:
     pthread_rwlock_t& lock_;
+    const bool held_;
 };
 
+/// The write side.
 class AAADOM_SCOPED_CAPABILITY WriteGuard {
   public:
-    explicit WriteGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA : lock_(lock) {
-        (void)pthread_rwlock_wrlock(&lock_);
+    explicit WriteGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA
+        : lock_(lock),
+          held_(pthread_rwlock_wrlock(&lock) == 0) {}
+    ~WriteGuard() AAADOM_NO_TSA {
+        if (held_) (void)pthread_rwlock_unlock(&lock_);
     }
-    ~WriteGuard() AAADOM_NO_TSA { (void)pthread_rwlock_unlock(&lock_); }
     WriteGuard(const WriteGuard&) = delete;
     WriteGuard& operator=(const WriteGuard&) = delete;
 
   private:
     pthread_rwlock_t& lock_;
+    const bool held_;
 };
 
 }  // namespace aaadom

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "base/text.h"
-
 #include "domain/domain_order.h"
 #include "domain/domain_record.h"
 #include "domain/scheme_index.h"

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/lock.h"
 #include "base/lookup2.h"
 
 HASH_TABLE* g_pstDomainItaPolicyThrTable = nullptr;
@@ -14,15 +15,6 @@ pthread_mutex_t g_stDomainItaPolicyTableMutexLock = PTHREAD_MUTEX_INITIALIZER;
 
 namespace aaadom {
 namespace {
-
-/// The exported mutex, held for a scope.
-class PolicyLock {
-  public:
-    PolicyLock() noexcept { (void)pthread_mutex_lock(&g_stDomainItaPolicyTableMutexLock); }
-    ~PolicyLock() { (void)pthread_mutex_unlock(&g_stDomainItaPolicyTableMutexLock); }
-    PolicyLock(const PolicyLock&) = delete;
-    PolicyLock& operator=(const PolicyLock&) = delete;
-};
 
 HASH_TABLE*& TableOf(Role role) noexcept {
     return role == Role::kConfig ? g_pstDomainItaPolicyThrTable : g_pstDomainItaPolicyTable;
@@ -69,7 +61,7 @@ void FiniItaPolicies(Role role) noexcept {
         return;
     }
     {
-        PolicyLock lock;
+        ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
         DestroyTable(TableOf(role));
     }
     (void)pthread_mutex_destroy(&g_stDomainItaPolicyTableMutexLock);
@@ -77,7 +69,7 @@ void FiniItaPolicies(Role role) noexcept {
 
 uint32_t CopyItaMethods(Role role, const char* policy_name,
                         MethodEntry (&methods)[DOM_METHODS]) noexcept {
-    PolicyLock lock;
+    ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
     HASH_TABLE* table = TableOf(role);
     if (table == nullptr) return DOM_ERR_FAILED;
     HASH_NODE* found = HASH_Find(table, policy_name, CompareName);

@@ -5,21 +5,14 @@
 
 #include <cstdlib>
 
+#include "base/lock.h"
+
 pthread_mutex_t g_stRecPolicyTypeMutexLock = PTHREAD_MUTEX_INITIALIZER;
 
 namespace aaadom {
 namespace {
 
 constinit RecPolicy* slots[2] = {};
-
-/// The exported mutex, held for a scope.
-class PolicyLock {
-  public:
-    PolicyLock() noexcept { (void)pthread_mutex_lock(&g_stRecPolicyTypeMutexLock); }
-    ~PolicyLock() { (void)pthread_mutex_unlock(&g_stRecPolicyTypeMutexLock); }
-    PolicyLock(const PolicyLock&) = delete;
-    PolicyLock& operator=(const PolicyLock&) = delete;
-};
 
 void Destroy(RecPolicy*& slot) noexcept {
     free(slot);
@@ -39,7 +32,7 @@ uint32_t InitRecPolicies(Role role) noexcept {
         return DOM_OK;
     }
     int failed = pthread_mutex_init(&g_stRecPolicyTypeMutexLock, nullptr);
-    PolicyLock lock;
+    ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
     slot = nullptr;
     return failed != 0 ? DOM_ERR_FAILED : DOM_OK;
 }
@@ -51,7 +44,7 @@ void FiniRecPolicies(Role role) noexcept {
         return;
     }
     {
-        PolicyLock lock;
+        ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
         Destroy(slot);
     }
     (void)pthread_mutex_destroy(&g_stRecPolicyTypeMutexLock);

@@ -18,9 +18,11 @@ extern "C" {
 
 /**
  * Append one TLV at the end of `msg`; iterators of `msg` end.
- * @param msg   borrowed.
- * @param text  borrowed; goes in with its terminator, an empty text is a TLV of one byte.
- * @param mac   borrowed; 6 bytes.
+ * @param msg    borrowed.
+ * @param type   any 16-bit number, also one that `msg` has.
+ * @param value  any number; the TLV has 4, 2 or 8 bytes.
+ * @param text   borrowed; goes in with its terminator, an empty text is a TLV of one byte.
+ * @param mac    borrowed; 6 bytes.
  * @return 0; 0x40010001, and `msg` unchanged, when an argument is null, the message would pass
  *         4 GiB or memory is short.
  * @thread any.
@@ -33,8 +35,9 @@ uint32_t AAA_AppendMACTlvData(TLV_MSG* msg, uint16_t type, const uint8_t mac[6])
 
 /**
  * Appends a copy of a message as one TLV.
- * @param msg  borrowed; iterators of `msg` end.
- * @param sub  borrowed; may be empty, may be `msg` itself.
+ * @param msg   borrowed; iterators of `msg` end.
+ * @param type  any 16-bit number, also one that `msg` has.
+ * @param sub   borrowed; may be empty, may be `msg` itself.
  * @return 0; 0x40010001, and `msg` unchanged, when an argument is null, the message would pass
  *         4 GiB or memory is short.
  * @thread any.
@@ -114,7 +117,9 @@ TLV_MSG* AAA_DelOpHead(TLV_MSG* msg, uint32_t* opcode) PLATFORM_NOEXCEPT;
  * Wraps a message, which keeps its operation head, for another thread of the daemon.
  * The new message is TLV 0xFF03 UINT32 `type`, TLV 0xFF04 UINT32 `sub_type`, TLV 0xFF05 nested
  * `msg`.
- * @param msg  borrowed.
+ * @param type      number for the receiver, passed unchanged.
+ * @param sub_type  number for the receiver, passed unchanged.
+ * @param msg       borrowed.
  * @return returned, destroy with TLV_Destroy; null when `msg` is null or memory is short.
  * @thread any.
  */
@@ -148,6 +153,7 @@ typedef struct AAA_ENCAP_STEP {
 /**
  * Builds the image of a message from the runs of a structure, in their order.
  * @param steps       borrowed; may be null when `step_count` is 0, which gives an empty message.
+ * @param step_count  number of runs in `steps`.
  * @param length_out  receives the image's length in bytes, 0 on failure; may be null.
  * @return returned, destroy with free; open it with TLV_CreateReceiveMsg form 2. Null when an
  *         `encap` answers non-zero, a run with items has a null `first`, the message would pass

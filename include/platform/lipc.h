@@ -87,7 +87,9 @@ void LIPC_Close(int32_t fd) PLATFORM_NOEXCEPT;
  * Serves an endpoint: makes the runtime directory (mode 0755; its parent must exist) and the socket
  * file, replacing the file that a dead server left. A lock on the file lipc-EEEE-SSSS.lock beside
  * it lasts as long as the server's process and tells the living from the dead; that file stays.
- * @param mode  permission bits of the socket file; 0666 lets every user connect.
+ * @param endpoint      first identifier of the endpoint.
+ * @param sub_endpoint  second identifier of the endpoint.
+ * @param mode          permission bits of the socket file; 0666 lets every user connect.
  * @return descriptor that never blocks, readable when a connection waits, close with
  *         LIPC_ServerClose; -1 with errno EADDRINUSE when a living server has the endpoint, EEXIST
  *         when something that is no socket has the file's name, EOPNOTSUPP when the system has the

@@ -15,6 +15,7 @@ extern "C" {
  * Writes one item.
  * @param buffer  borrowed; where the item begins, any alignment.
  * @param room    bytes that may be written from `buffer` on.
+ * @param type    any 16-bit number.
  * @param length  length of the value, at most 65535.
  * @param value   borrowed; may be null when `length` is 0.
  * @return the bytes written (4 + length); 0, and nothing written, when the item does not fit into

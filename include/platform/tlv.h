@@ -21,7 +21,9 @@ extern "C" {
 /** A message: a flat sequence of (16-bit type, 32-bit length, value). Opaque. */
 typedef struct TLV_MSG TLV_MSG;
 /** A position inside one message; null is the end. Owned by the message, valid until its next
- *  append or delete. A position outside the message it is given with is treated as null. */
+ *  append or delete. A position outside the message it is given with is foreign, which every call
+ *  treats as null. So is, for TLV_Delete_Data, one inside a value (a position of a nested message
+ *  given with its parent); what other calls read there is meaningless, but inside the message. */
 typedef struct TLV_ITER TLV_ITER;
 
 /** Where TLV_GetMsgLen, TLV_Flush and TLV_CreateReceiveMsg work; any other form fails. */
@@ -61,7 +63,8 @@ TLV_ITER* TLV_GetNext(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 
 /**
  * The first TLV of a type.
- * @param msg  borrowed.
+ * @param msg   borrowed.
+ * @param type  any 16-bit number.
  * @return owned by `msg`, valid until its next append or delete; null when there is none and for a
  *         null message.
  * @thread any.
@@ -104,6 +107,7 @@ uint32_t TLV_GetUINTByIterator(TLV_MSG* msg, TLV_ITER* it) PLATFORM_NOEXCEPT;
 /**
  * Append one TLV at the end of a message.
  * @param msg     borrowed; its iterators end.
+ * @param type    any 16-bit number, also one that the message has.
  * @param length  length of the value in bytes.
  * @param data    borrowed, copied; may be null when `length` is 0, may lie inside `msg`.
  * @param value   4 bytes, carried as given; who wants network byte order converts before.

@@ -10,14 +10,20 @@ namespace {
 constexpr size_t kTextSize = 2048;
 constexpr char kCutMark[] = "...";
 
-/// Ends a text that did not fit with the mark, before any character that was cut in two.
-void MarkCut(char (&text)[kTextSize]) {
-    size_t end = kTextSize - sizeof kCutMark;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0u) == 0x80u) --end;
+constexpr size_t kLongestCharacter = 4;  // bytes of UTF-8
+
+/// Ends a text that did not fit with the mark, before any character that was cut in two. Of bytes
+/// that are no characters as many stay as of a plain text.
+void MarkCut(char (&text)[kTextSize]) noexcept {
+    constexpr size_t kEnd = kTextSize - sizeof kCutMark;
+    size_t end = kEnd;
+    const auto continues = [&] { return (static_cast<unsigned char>(text[end]) & 0xC0u) == 0x80u; };
+    while (kEnd - end < kLongestCharacter && continues()) --end;
+    if (continues()) end = kEnd;
     std::memcpy(text + end, kCutMark, sizeof kCutMark);
 }
 
-void MakeOneLine(char* text) {
+void MakeOneLine(char* text) noexcept {
     for (; *text != '\0'; ++text) {
         const auto c = static_cast<unsigned char>(*text);
         if (c < 0x20 || c == 0x7F) *text = ' ';

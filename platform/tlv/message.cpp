@@ -32,6 +32,13 @@ bool MoveToOwnBytes(TLV_MSG* msg, uint64_t room, Storage*& former) noexcept {
     return true;
 }
 
+/// Whether `at`, inside the image, is where one of its TLVs begins.
+bool BeginsTlv(const TLV_MSG* msg, const uint8_t* at) noexcept {
+    const uint8_t* tlv = msg->image + kImageHeader;
+    while (tlv < at) tlv += kTlvHeader + size_t{LoadLittleEndian<uint32_t>(tlv + kTlvLengthAt)};
+    return tlv == at;
+}
+
 }  // namespace
 
 TLV_ITER* FindType(const TLV_MSG* msg, uint16_t type) noexcept {
@@ -93,7 +100,9 @@ uint32_t AppendAfterGrowth(TLV_MSG* msg, uint16_t type, uint32_t length,
 
 uint32_t DeleteTlv(TLV_MSG* msg, const TLV_ITER* it) noexcept {
     const TlvAt tlv = Locate(msg, it);
-    if (!tlv) return PLATFORM_FAILED;
+    // Taking bytes out of a value, at a position of a nested message for one, would leave an image
+    // that no longer walks to its end.
+    if (!tlv || !BeginsTlv(msg, tlv.at)) return PLATFORM_FAILED;
     const size_t offset = static_cast<size_t>(tlv.at - msg->image);
     const size_t size = kTlvHeader + size_t{tlv.length};
     if (msg->capacity == 0 || !IsSole(*msg->storage)) {

@@ -6,6 +6,14 @@
 #include <new>
 
 #if defined(__SANITIZE_ADDRESS__)
+#define POOL_IS_POISONED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define POOL_IS_POISONED 1
+#endif
+#endif
+
+#if defined(POOL_IS_POISONED)
 #include <sanitizer/asan_interface.h>
 #define POOL_POISON(at, size) ASAN_POISON_MEMORY_REGION(at, size)
 #define POOL_UNPOISON(at, size) ASAN_UNPOISON_MEMORY_REGION(at, size)

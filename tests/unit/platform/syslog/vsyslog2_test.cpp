@@ -93,6 +93,24 @@ TEST(Vsyslog2, ACutNeverSplitsACharacter) {
     EXPECT_EQ(0u, (logged_line.size() - prefix.size() - 3) % 2) << "whole two-byte characters";
 }
 
+TEST(Vsyslog2, BytesThatAreNoCharactersAreCutAsOthers) {
+    const std::string text(5000, '\x80');
+    Log(kDebug, "AAA", "EVENT", "%s", text.c_str());
+    EXPECT_EQ("AAA/EVENT: " + std::string(2044, '\x80') + "...", logged_line);
+}
+
+TEST(Vsyslog2, FormatMayNameTheCallersErrno) {
+    errno = ENOENT;
+    Log(kDebug, "AAA", "EVENT", "open: %m");
+    EXPECT_EQ("AAA/EVENT: open: No such file or directory", logged_line);
+}
+
+TEST(Vsyslog2, ATextThatCannotBeFormattedIsSaidSo) {
+    const wchar_t no_character[] = {static_cast<wchar_t>(0x7FFFFFFF), 0};
+    Log(kDebug, "AAA", "EVENT", "%ls", no_character);
+    EXPECT_EQ("AAA/EVENT: a line that cannot be formatted", logged_line);
+}
+
 TEST(Vsyslog2, OneCallIsOneLine) {
     Log(kDebug, "A\nB", "E\tV", "first\nsecond\r\x1b[31m\x7f");
     EXPECT_EQ("A B/E V: first second  [31m ", logged_line);

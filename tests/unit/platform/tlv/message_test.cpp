@@ -204,6 +204,32 @@ TEST(TlvDelete, OneByOneLeavesAnEmptyUsableMessage) {
     EXPECT_EQ(Listing(msg), "9=again");
 }
 
+TEST(TlvDelete, PositionOfANestedMessageGivenWithItsParentIsRefused) {
+    Message nested = New(), parent = New();
+    Append(nested, 20, "abc");
+    Append(nested, 21, "def");
+    AAA_AppendSubTlv(parent.get(), 2, nested.get());
+    Append(parent, 3, "behind");
+    const Bytes before = ImageOf(parent);
+    Message taken(AAA_GetSubTlv(parent.get(), TLV_GetFirst(parent.get())));
+    EXPECT_EQ(TLV_Delete_Data(parent.get(), TLV_GetFirst(taken.get())), kFailed);
+    EXPECT_EQ(ImageOf(parent), before);
+    EXPECT_EQ(ValueOf(parent.get(), TLV_GetIteratorByType(parent.get(), 3)), "behind");
+}
+
+TEST(TlvDelete, EveryPositionThatIsNoTlvsBeginIsRefused) {
+    Message msg = New();
+    for (uint16_t type = 1; type <= 4; ++type) Append(msg, type, std::string(12, '\0'));
+    const Bytes before = ImageOf(msg);
+    auto* first = reinterpret_cast<char*>(TLV_GetFirst(msg.get()));
+    for (size_t offset = 1; offset < before.size(); ++offset) {
+        if (offset % 18 == 0) continue;  // a TLV has 6 + 12 bytes
+        auto* inside = reinterpret_cast<TLV_ITER*>(first + offset);
+        ASSERT_EQ(TLV_Delete_Data(msg.get(), inside), kFailed) << offset;
+    }
+    EXPECT_EQ(ImageOf(msg), before);
+}
+
 TEST(TlvDestroy, NullIsIgnored) {
     TLV_Destroy(nullptr);
 }

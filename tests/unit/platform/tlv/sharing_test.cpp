@@ -160,6 +160,35 @@ TEST_P(NestedMessage, BothSidesAreUsedAndEndAtTheSameTime) {
     }
 }
 
+/// Each thread has messages of its own, all of them views of one parent, and its own views of them.
+TEST_P(NestedMessage, ManyThreadsUseAndChangeViewsOfOneParent) {
+    for (int round = 0; round < 10; ++round) {
+        Message outer = New();
+        ASSERT_EQ(AAA_AppendSubTlv(outer.get(), 2, parent_.get()), 0u);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([this, t, middle = Nested(outer)]() mutable {
+                for (int step = 0; step < 5; ++step) {
+                    Message inner = Nested(middle), same = Nested(middle);
+                    EXPECT_EQ(Listing(inner), NestedListing(size_));
+                    EXPECT_EQ(Append(inner, 22, "new"), 0u);
+                    EXPECT_EQ(TLV_Delete_Data(same.get(), TLV_GetFirst(same.get())), 0u);
+                    EXPECT_EQ(Listing(same), "21=last");
+                    if (step == t) {
+                        EXPECT_EQ(Append(middle, 4, "more"), 0u);
+                    }
+                    EXPECT_EQ(Listing(inner), NestedListing(size_) + " 22=new");
+                }
+            });
+        }
+        EXPECT_EQ(Append(outer, 4, "behind"), 0u);
+        EXPECT_EQ(TLV_Delete_Data(outer.get(), TLV_GetFirst(outer.get())), 0u);
+        EXPECT_EQ(Listing(outer), "4=behind");
+        outer.reset();
+        for (auto& thread : threads) thread.join();
+    }
+}
+
 TEST(MessagePool, SurvivesManyMessagesOfManyThreads) {
     std::vector<Message> left_over(64);
     std::vector<std::thread> threads;

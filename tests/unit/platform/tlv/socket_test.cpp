@@ -1,8 +1,11 @@
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <thread>
 
 #include "tlv/wait_limit.h"
@@ -168,6 +171,68 @@ TEST_P(TlvSocket, MalformedTlvGivesNoMessage) {
     bytes[10] = 0xFF;
     ASSERT_GT(send(pair_[0], bytes.data(), bytes.size(), 0), 0);
     EXPECT_FALSE(Receive(pair_[1], 50));
+}
+
+/// Interrupts the thread that made it every millisecond.
+class Interruptions {
+  public:
+    Interruptions() {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        EXPECT_EQ(sigaction(SIGUSR1, &action, &before_), 0);
+        thread_ = std::thread([this, target = pthread_self()] {
+            while (!done_) {
+                pthread_kill(target, SIGUSR1);
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        });
+    }
+    ~Interruptions() {
+        done_ = true;
+        thread_.join();
+        sigaction(SIGUSR1, &before_, nullptr);
+    }
+
+  private:
+    struct sigaction before_;
+    std::atomic<bool> done_{false};
+    std::thread thread_;
+};
+
+TEST_P(TlvSocket, SignalsDoNotEndAReceive) {
+    std::thread sender([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(40));
+        EXPECT_EQ(Send(Sample(), pair_[0]), 1u);
+    });
+    Message msg;
+    {
+        Interruptions interruptions;
+        msg = Receive(pair_[1], 20000);
+    }
+    sender.join();
+    EXPECT_TRUE(msg);
+}
+
+TEST_P(TlvSocket, SignalsDoNotProlongAReceive) {
+    Interruptions interruptions;
+    const auto start = Clock::now();
+    EXPECT_FALSE(Receive(pair_[1], 60));
+    EXPECT_GE(MillisecondsSince(start), 59);
+    EXPECT_LT(MillisecondsSince(start), 5000);
+}
+
+TEST_P(TlvSocket, SignalsDoNotEndASendThatWaits) {
+    SetRoom(pair_[0], 4096);
+    int sent = 0;
+    while (Send(Sample(1500), pair_[0], 0) == 1u) ++sent;
+    if (GetParam() & SOCK_STREAM) return;  // a part of an image may be on its way now
+    std::thread reader([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(40));
+        for (int i = 0; i < sent; ++i) EXPECT_TRUE(Receive(pair_[1]));
+    });
+    Interruptions interruptions;
+    EXPECT_EQ(Send(Sample(1500), pair_[0], 20000), 1u);
+    reader.join();
 }
 
 class TlvConnectedSocket : public TlvSocket {};

@@ -83,7 +83,7 @@ Database* FindDatabase(DBM_HANDLE handle) {
 DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const void* key,
                    uint32_t key_length)
     : told_to_fail_(Hit(Event::kDbm)), lock_(StateMutex()) {
-    call_ = {call, "", key_length, -1, 0, "", 0, 0};
+    call_ = {call, "", key_length, -1, 0, "", 0, 0, HeldLocks()};
     if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
     Database* database = FindDatabase(handle);
     if (told_to_fail_ || database == nullptr || database->IsLender()) return;
@@ -207,7 +207,7 @@ extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t m
                              const DBM_OPEN_ATTR* attr, DBM_HANDLE* handle) noexcept {
     const bool told_to_fail = fake::Hit(fake::Event::kDbm);
     fake::Inside inside;
-    fake::DbmCall call{"DBM_Open", "", 0, mode, 0, "", 0, kFailed};
+    fake::DbmCall call{"DBM_Open", "", 0, mode, 0, "", 0, kFailed, fake::HeldLocks()};
     if (attr != nullptr) {
         call.value.assign(reinterpret_cast<const char*>(attr), sizeof *attr);
         call.value_length = sizeof *attr;

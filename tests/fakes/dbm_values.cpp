@@ -31,7 +31,7 @@ extern "C" int32_t DBM_SetArray(DBM_HANDLE handle, const void* key, uint32_t key
 extern "C" int32_t DBM_GetArray(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                 uint32_t index, uint32_t buf_size, void* buf) noexcept {
     DbmScope call("DBM_GetArray", handle, DbmScope::kRead, key, key_len);
-    call.Index(index);
+    call.Index(index).Value(buf_size, nullptr);
     if (!call.Usable() || (buf == nullptr && buf_size != 0)) return call.Return(-1);
     const Record* record = call.Find();
     if (record == nullptr) return call.Return(0);
@@ -73,7 +73,7 @@ extern "C" uint32_t DBM_SetBinary(DBM_HANDLE handle, const void* key, uint32_t k
 extern "C" int32_t DBM_GetBinary(DBM_HANDLE handle, const void* key, uint32_t key_len,
                                  int32_t index, uint32_t buf_size, void* buf) noexcept {
     DbmScope call("DBM_GetBinary", handle, DbmScope::kRead, key, key_len);
-    call.Index(index);
+    call.Index(index).Value(buf_size, nullptr);
     if (!call.Usable() || (index != -1 && index != 0)) return call.Return(-1);
     if (buf == nullptr && buf_size != 0) return call.Return(-1);
     const Record* record = call.Find();

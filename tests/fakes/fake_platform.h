@@ -158,6 +158,8 @@ struct FlushCall {
 };
 /// Every message flushed to a descriptor, also to numbers that are no socket of the fake.
 std::vector<FlushCall> FlushCalls();
+/// Size arguments of the flushes to buffers.
+std::vector<uint32_t> BufferFlushLimits();
 /// Wait arguments of the receives from descriptors.
 std::vector<uint32_t> ReceiveWaits();
 /// A recorded image as a message; the caller destroys it.
@@ -169,7 +171,8 @@ std::string ImageOf(TLV_MSG* msg);
 // -------------------------------------------------------------------------------------
 
 /// One call, in order. `value` is the value or entry that was written or probed for; of DBM_Open
-/// the 32 attribute bytes, with "database/table" as key and the mode as index.
+/// the 32 attribute bytes, with "database/table" as key and the mode as index. Of DBM_GetArray and
+/// DBM_GetBinary `value_length` is the size of the buffer.
 struct DbmCall {
     std::string call;  ///< "DBM_SetArray" ...
     std::string key;
@@ -179,6 +182,7 @@ struct DbmCall {
     std::string value;
     uint32_t value_type;
     int64_t result;
+    int held_locks = 0;  ///< HeldLocks() when the call came
 };
 std::vector<DbmCall> DbmCalls();
 /// The calls of one name.

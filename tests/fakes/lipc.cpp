@@ -37,6 +37,7 @@ struct Network {
     std::vector<ConnectCall> connect_calls;
     std::vector<FlushCall> flush_calls;
     std::vector<uint32_t> receive_waits;
+    std::vector<uint32_t> buffer_flush_limits;
 };
 Network& Net() {
     static auto* network = new Network;
@@ -195,6 +196,14 @@ std::vector<ConnectCall> ConnectCalls() {
 std::vector<FlushCall> FlushCalls() {
     Inside inside;
     return Net().flush_calls;
+}
+void NoteBufferFlush(uint32_t limit) {
+    Inside inside;
+    Net().buffer_flush_limits.push_back(limit);
+}
+std::vector<uint32_t> BufferFlushLimits() {
+    Inside inside;
+    return Net().buffer_flush_limits;
 }
 std::vector<uint32_t> ReceiveWaits() {
     Inside inside;

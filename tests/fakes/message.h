@@ -39,6 +39,7 @@ std::string LittleEndian(uint64_t value, int bytes);
 uint64_t FromLittleEndian(const std::string& bytes, size_t offset, int count);
 
 // The socket half of TLV_Flush and TLV_CreateReceiveMsg.
+void NoteBufferFlush(uint32_t limit);
 uint32_t FlushToDescriptor(int32_t fd, uint32_t wait, const std::string& image);
 /// False when nothing came.
 bool ReceiveFromDescriptor(int32_t fd, uint32_t wait, std::string& image);

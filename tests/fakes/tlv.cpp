@@ -109,6 +109,7 @@ extern "C" uint32_t TLV_Flush(TLV_MSG* msg, uint32_t form, uint32_t wait_or_max,
     if (form == TLV_FORM_DESCRIPTOR) {
         return fake::FlushToDescriptor(static_cast<int32_t>(fd_or_buffer), wait_or_max, image);
     }
+    if (form == TLV_FORM_BUFFER) fake::NoteBufferFlush(wait_or_max);
     if (form != TLV_FORM_BUFFER || fd_or_buffer == 0 || image.size() > wait_or_max) return 0;
     std::memcpy(reinterpret_cast<void*>(fd_or_buffer), image.data(), image.size());
     return static_cast<uint32_t>(image.size());

@@ -46,7 +46,7 @@ uint32_t SaveDomain(const DomDbUpdateReq& request) {
     const TlvPtr record(DOM_EncodeDomain(name));  // takes the table lock itself
     if (!record) return DOM_ERR_FAILED;
     const ValueBuffer buffer;
-    const uint32_t length = buffer.Flush(record);
+    const uint32_t length = buffer.Flush(record, ValueBuffer::Size());
     if (length == 0) return DOM_ERR_FAILED;
     return DBM_SetArray(g_hDomDbmHandle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, slot, length,
                         buffer.Data(), DOM_DB_DOMAIN) < 0

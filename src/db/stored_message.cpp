@@ -7,9 +7,9 @@
 
 namespace aaadom {
 
-uint32_t ValueBuffer::Flush(const TlvPtr& msg) const noexcept {
+uint32_t ValueBuffer::Flush(const TlvPtr& msg, uint32_t limit) const noexcept {
     if (!*this || TLV_GetMsgLen(msg.get(), TLV_FORM_BUFFER) > Size()) return 0;
-    return TLV_Flush(msg.get(), TLV_FORM_BUFFER, Size(), reinterpret_cast<uintptr_t>(Data()));
+    return TLV_Flush(msg.get(), TLV_FORM_BUFFER, limit, reinterpret_cast<uintptr_t>(Data()));
 }
 
 TlvPtr ValueBuffer::Message(int32_t length) const noexcept {
@@ -22,7 +22,7 @@ uint32_t StoreMessage(TlvPtr msg, const char* key, uint32_t key_length,
                       uint32_t value_type) noexcept {
     if (!msg) return DOM_ERR_FAILED;
     const ValueBuffer buffer;
-    const uint32_t length = buffer.Flush(msg);
+    const uint32_t length = buffer.Flush(msg, kNoFlushLimit);
     if (length == 0) return DOM_ERR_FAILED;
     return StoreBinary(key, key_length, length, buffer.Data(), value_type);
 }

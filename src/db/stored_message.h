@@ -13,6 +13,10 @@
 
 namespace aaadom {
 
+/// Flush limit of binary values: none. Platforms see this number, the buffer's size is tested
+/// before.
+constexpr uint32_t kNoFlushLimit = 0xFFFFFFFFu;
+
 struct FreeBytes {
     void operator()(uint8_t* bytes) const noexcept { free(bytes); }
 };
@@ -28,8 +32,9 @@ class ValueBuffer {
     static constexpr uint32_t Size() noexcept { return DOM_DB_VALUE_MAX; }
 
     /// Length of the flushed message, 0 when it does not fit: never stored, because a value of
-    /// length 0 means deletion.
-    [[nodiscard]] uint32_t Flush(const TlvPtr& msg) const noexcept;
+    /// length 0 means deletion. `limit` is what the platform is told; whatever it is, nothing is
+    /// written behind the buffer.
+    [[nodiscard]] uint32_t Flush(const TlvPtr& msg, uint32_t limit) const noexcept;
     /// The message in the first `length` bytes; null for none. A value of length 0 or less is
     /// missing.
     TlvPtr Message(int32_t length) const noexcept;

@@ -38,6 +38,8 @@ class ConfigDbTest : public ::testing::Test {
     void TearDown() override {
         fake::DisarmFailures();
         EXPECT_EQ(fake::HeldLocks(), 0);
+        for (const fake::DbmCall& call : fake::DbmCalls())
+            EXPECT_EQ(call.held_locks, 0) << call.call << " with the table locked";
         DOM_SetDeviceID(0);
         DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
         DBM_Close(handle_);

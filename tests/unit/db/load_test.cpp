@@ -18,9 +18,77 @@ TEST_F(ConfigDbTest, ElementIsReadWithItsExactKey) {
     NameOf(DOM_GetDomainFromDBByIndex(handle_, 9));
     const auto calls = fake::DbmCalls("DBM_GetArray");
     ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].key, "apstDomainInfoTab");
     EXPECT_EQ(calls[0].key_length, 17u);
     EXPECT_EQ(calls[0].index, 9);
+    EXPECT_EQ(calls[0].value_length, 65535u) << "the size of the buffer";
 }
+
+// A reader may use a handle that it opened for itself while writers have another one or none.
+TEST_F(ConfigDbTest, GettersUseTheHandleTheyAreGiven) {
+    AddDomain("alpha");
+    for (uint32_t type : {1u, 2u, 3u, 6u, 7u}) ASSERT_EQ(Save(type, "alpha"), DOM_OK) << type;
+    DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
+    char name[DOM_NAME_SIZE] = {};
+    uint32_t limits[5] = {};
+    uint32_t device_id = 0;
+    EXPECT_EQ(NameOf(DOM_GetDomainFromDBByIndex(handle_, 0)), "alpha");
+    EXPECT_EQ(NameOf(DOM_GetDomainFromDBByName(handle_, "alpha")), "alpha");
+    EXPECT_EQ(DOM_GetDefDomainFromDB(handle_, name), DOM_OK);
+    EXPECT_EQ(DOM_GetUnknownDomainFromDB(handle_, name), DOM_OK);
+    EXPECT_EQ(DOM_GetSessionLimitFromDB(handle_, limits), DOM_OK);
+    EXPECT_EQ(DOM_GetDeviceIDFromDB(handle_, &device_id), DOM_OK);
+    DOM_SetDomainDBMHandle(handle_);
+    EXPECT_EQ(DOM_GetDomainFromDBByIndex(DBM_INVALID_HANDLE, 0), nullptr);
+    EXPECT_EQ(DOM_GetDomainFromDBByName(DBM_INVALID_HANDLE, "alpha"), nullptr);
+    EXPECT_EQ(DOM_GetSessionLimitFromDB(DBM_INVALID_HANDLE, limits), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_GetDeviceIDFromDB(DBM_INVALID_HANDLE, &device_id), DOM_ERR_FAILED);
+}
+
+struct BinaryRead {
+    const char* title;
+    std::string key;
+    uint32_t buffer_size;
+    void (*get)(DBM_HANDLE handle);
+};
+void PrintTo(const BinaryRead& read, std::ostream* out) {
+    *out << read.title;
+}
+class LoadedBinary : public ConfigDbTest, public ::testing::WithParamInterface<BinaryRead> {};
+
+TEST_P(LoadedBinary, IsReadWholeWithItsExactKey) {
+    GetParam().get(handle_);
+    const auto calls = fake::DbmCalls();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].call, "DBM_GetBinary");
+    EXPECT_EQ(calls[0].key, GetParam().key);
+    EXPECT_EQ(calls[0].key_length, GetParam().key.size());
+    EXPECT_EQ(calls[0].index, 0);
+    EXPECT_EQ(calls[0].value_length, GetParam().buffer_size);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Keys, LoadedBinary,
+    ::testing::Values(BinaryRead{"DefaultDomain", "szDefaultDomain", 65535,
+                                 [](DBM_HANDLE handle) {
+                                     char name[DOM_NAME_SIZE];
+                                     DOM_GetDefDomainFromDB(handle, name);
+                                 }},
+                      BinaryRead{"UnknownDomain", "szUnknownDomain", 65535,
+                                 [](DBM_HANDLE handle) {
+                                     char name[DOM_NAME_SIZE];
+                                     DOM_GetUnknownDomainFromDB(handle, name);
+                                 }},
+                      BinaryRead{"SessionLimit", std::string("SessionLimit\0", 13), 20,
+                                 [](DBM_HANDLE handle) {
+                                     uint32_t limits[5];
+                                     DOM_GetSessionLimitFromDB(handle, limits);
+                                 }},
+                      BinaryRead{"DeviceId", std::string("AaaDeviceID\0", 12), 4,
+                                 [](DBM_HANDLE handle) {
+                                     uint32_t device_id;
+                                     DOM_GetDeviceIDFromDB(handle, &device_id);
+                                 }}),
+    [](const auto& info) { return info.param.title; });
 
 TEST_F(ConfigDbTest, MissingElementIsNoDomain) {
     EXPECT_EQ(DOM_GetDomainFromDBByIndex(handle_, 5), nullptr);
@@ -218,6 +286,21 @@ TEST_F(ConfigDbTest, DeviceIdComesBack) {
     EXPECT_EQ(read, 0x01020304u);
 }
 
+TEST_F(ConfigDbTest, LongDeviceIdIsReadWithinItsWord) {
+    PutBinary("AaaDeviceID", 12, std::string(64, '\1'), 7);
+    uint32_t read[2] = {0, 99};
+    EXPECT_EQ(DOM_GetDeviceIDFromDB(handle_, read), DOM_OK);
+    EXPECT_EQ(read[0], 0x01010101u);
+    EXPECT_EQ(read[1], 99u);
+}
+
+TEST_F(ConfigDbTest, EmptyDeviceIdIsMissing) {
+    PutBinary("AaaDeviceID", 12, "", 7);
+    uint32_t read = 9;
+    EXPECT_EQ(DOM_GetDeviceIDFromDB(handle_, &read), DOM_ERR_FAILED);
+    EXPECT_EQ(read, 0u);
+}
+
 TEST_F(ConfigDbTest, MissingDeviceIdFailsAndReadsAsZero) {
     uint32_t read = 9;
     EXPECT_EQ(DOM_GetDeviceIDFromDB(handle_, &read), DOM_ERR_FAILED);
@@ -258,8 +341,18 @@ TEST_F(ConfigDbTest, LimitIsReadThroughAHandleOfItsOwn) {
     const int before = fake::OpenDatabaseHandles();
     AAA_GetSessionLimit(2);
     EXPECT_EQ(fake::OpenDatabaseHandles(), before);
-    EXPECT_EQ(fake::DbmCalls("DBM_Open").size(), 1u);
+    ASSERT_EQ(fake::DbmCalls("DBM_Open").size(), 1u);
+    EXPECT_EQ(fake::DbmCalls("DBM_Open")[0].index, 1) << "opened, not created";
     EXPECT_EQ(fake::DbmCalls("DBM_Close").size(), 1u);
+}
+
+TEST_F(ConfigDbTest, LimitThatCannotBeReadIsZeroAndItsHandleIsClosed) {
+    ASSERT_EQ(Save(DOM_DB_SESSION_LIMIT), DOM_OK);
+    const int before = fake::OpenDatabaseHandles();
+    fake::FailDbmCall(2);
+    EXPECT_EQ(AAA_GetSessionLimit(2), 0u);
+    EXPECT_TRUE(fake::Tripped());
+    EXPECT_EQ(fake::OpenDatabaseHandles(), before);
 }
 
 TEST_F(ConfigDbTest, LimitWithoutADatabaseIsZero) {

@@ -36,6 +36,12 @@ TEST_F(ConfigDbTest, DomainIsStoredAtItsSlot) {
     EXPECT_EQ(calls[0].value, fake::ImageOf(expected.get()));
 }
 
+TEST_F(ConfigDbTest, DomainIsFlushedWithTheSizeOfItsBuffer) {
+    AddDomain("alpha");
+    ASSERT_EQ(Save(DOM_DB_DOMAIN, "alpha"), DOM_OK);
+    EXPECT_EQ(fake::BufferFlushLimits(), (std::vector<uint32_t>{65535}));
+}
+
 TEST_F(ConfigDbTest, DomainIsFoundIgnoringCase) {
     AddDomain("alpha");
     EXPECT_EQ(Save(DOM_DB_DOMAIN, "ALPHA"), DOM_OK);
@@ -152,6 +158,12 @@ TEST_P(SavedName, IsStoredUnderItsKeyWithoutTerminator) {
     EXPECT_EQ(calls[0].value, fake::ImageOf(expected.get()));
 }
 
+// Platforms see no limit here; what does not fit the buffer is turned away before.
+TEST_P(SavedName, IsFlushedWithoutALimit) {
+    ASSERT_EQ(Save(GetParam().type, "alpha"), DOM_OK);
+    EXPECT_EQ(fake::BufferFlushLimits(), (std::vector<uint32_t>{0xFFFFFFFFu}));
+}
+
 TEST_P(SavedName, DeletingLeavesTheKeyEmpty) {
     ASSERT_EQ(Save(GetParam().type, "alpha"), DOM_OK);
     for (uint16_t operation : {0, 2, 0xFFFF}) {
@@ -160,6 +172,9 @@ TEST_P(SavedName, DeletingLeavesTheKeyEmpty) {
         const auto calls = fake::DbmCalls();
         ASSERT_EQ(calls.size(), 1u);
         EXPECT_EQ(calls[0].call, "DBM_SetBinary");
+        EXPECT_EQ(calls[0].key, GetParam().key);
+        EXPECT_EQ(calls[0].key_length, 15u);
+        EXPECT_EQ(calls[0].index, -1);
         EXPECT_EQ(calls[0].value_length, 0u);
         EXPECT_EQ(calls[0].value_type, GetParam().type);
     }
@@ -209,6 +224,7 @@ TEST_F(ConfigDbTest, DeviceIdIsStoredInHostOrder) {
         EXPECT_EQ(calls[0].call, "DBM_SetBinary");
         EXPECT_EQ(calls[0].key, std::string("AaaDeviceID\0", 12));
         EXPECT_EQ(calls[0].key_length, 12u);
+        EXPECT_EQ(calls[0].index, -1);
         EXPECT_EQ(calls[0].value_type, 7u);
         const uint32_t word = 0x01020304;
         EXPECT_EQ(calls[0].value, std::string(reinterpret_cast<const char*>(&word), sizeof word));

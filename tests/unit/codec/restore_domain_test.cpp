@@ -42,6 +42,41 @@ TEST_F(RestoreDomainTest, WholeDomainIsAddedToTheFirstEmptySlot) {
     EXPECT_STREQ(name1_, "beta");
 }
 
+TEST_F(RestoreDomainTest, WholeDomainBringsItsSchemeIndexes) {
+    AddDomain("alpha");
+    TLV_MSG* body = DOM_EncodeDomain("alpha");
+    ASSERT_EQ(Delete(DOM_EncodeDomainName("alpha")), DOM_OK);
+    ASSERT_EQ(Set(body), DOM_OK);
+    const uint32_t type_of_index[] = {AAA_TYPE_0, AAA_TYPE_4, AAA_TYPE_5};
+    for (uint32_t index = 1; index <= 3; ++index) {
+        uint32_t aaa_type = 99;
+        EXPECT_EQ(DOM_GetAAAType("alpha", index, &aaa_type), DOM_OK) << index;
+        EXPECT_EQ(aaa_type, type_of_index[index - 1]);
+    }
+}
+
+// Both walks go over the working role's domains.
+TEST_F(RestoreDomainTest, WholeDomainIsInBothManagementOrders) {
+    fake::role_of_this_thread = fake::kWorkingRole;
+    AddDomain("alpha");
+    ASSERT_EQ(Set(WholeDomain("alpha", 5)), DOM_OK);
+    ASSERT_EQ(Set(WholeDomain("betas", 5)), DOM_OK);
+    DOM_DomainInfoTableLock();
+    const DomainInfo* by_row = DOM_MibGetFirstDomain();
+    const DomainInfo* next_by_row = DOM_MibGetNextDomain("alpha", 5);
+    const DomainInfo* by_name = DOM_NetConfGetFirstDomain();
+    const DomainInfo* next_by_name = DOM_NetConfGetNextDomain("alpha");
+    const DomainInfo* stored = DOM_FindDomainByName("alpha");
+    const DomainInfo* next_stored = DOM_FindDomainByName("betas");
+    DOM_DomainInfoTableUnlock();
+    EXPECT_NE(stored, nullptr);
+    EXPECT_NE(next_stored, nullptr);
+    EXPECT_EQ(by_row, stored);
+    EXPECT_EQ(next_by_row, next_stored);
+    EXPECT_EQ(by_name, stored);
+    EXPECT_EQ(next_by_name, next_stored);
+}
+
 TEST_F(RestoreDomainTest, WholeDomainReplacesTheOneOfItsName) {
     AddDomain("alpha");
     EXPECT_EQ(Set(WholeDomain("ALPHA", 9)), DOM_OK);

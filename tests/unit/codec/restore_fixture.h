@@ -37,6 +37,8 @@ class RestoreTest : public ::testing::Test {
     void TearDown() override {
         fake::DisarmFailures();
         EXPECT_EQ(fake::HeldLocks(), 0);
+        for (const fake::DbmCall& call : fake::DbmCalls())
+            EXPECT_EQ(call.held_locks, 0) << call.call << " with the table locked";
         DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
         DBM_Close(handle_);
         fake::role_of_this_thread = fake::kWorkingRole;

@@ -40,6 +40,23 @@ TEST_F(ChannelTest, WaitsAreSixtySecondsInTheLowHalf) {
     EXPECT_EQ(fake::ReceiveWaits()[0], 0xFFFFEA60u);
 }
 
+TEST_F(ChannelTest, RequestGoesOutOnTheConnectedSocket) {
+    AnswerResult(0);
+    const TlvPtr reply(DOM_lipc_SendCfgMsg(Request().get(), 0, nullptr));
+    ASSERT_EQ(fake::ConnectCalls().size(), 1u);
+    ASSERT_EQ(fake::FlushCalls().size(), 1u);
+    EXPECT_EQ(fake::FlushCalls()[0].fd, fake::ConnectCalls()[0].fd);
+}
+
+TEST_F(ChannelTest, RequestIsWrappedOnceTheSocketIsConnected) {
+    AnswerResult(0);
+    const TlvPtr request = Request();
+    const uint64_t before = fake::Count(fake::Event::kMessage);
+    fake::ConnectErrors({ECONNREFUSED});
+    EXPECT_EQ(DOM_lipc_SendCfgMsg(request.get(), 0, nullptr), nullptr);
+    EXPECT_EQ(fake::Count(fake::Event::kMessage), before);
+}
+
 TEST_F(ChannelTest, RequestTravelsBehindItsOperation) {
     AnswerResult(0);
     const TlvPtr request = Request();

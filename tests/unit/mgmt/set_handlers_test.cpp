@@ -193,6 +193,8 @@ TEST_F(ChannelTest, PermitDomainReturnsTheResultItself) {
     EXPECT_EQ(LastSent().image, fake::ImageOf(expected.get()));
     AnswerResult(kRefusal);
     EXPECT_EQ(MOR_SetAuthRdFailPermitDomain("alpha", "permit", 18, 5), kRefusal);
+    Answer(DOM_REPLY_KIND_RESULT, [] { return TLV_Create(); });
+    EXPECT_EQ(MOR_SetAuthRdFailPermitDomain("alpha", "permit", 18, 5), 1u);
 }
 
 TEST_F(ChannelTest, PermitDomainWithoutAReplyReturnsItsPresetOne) {

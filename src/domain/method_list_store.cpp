@@ -17,6 +17,12 @@ struct MethodListFree {
 };
 using MethodListPtr = std::unique_ptr<MethodList, MethodListFree>;
 
+/// Copies reach callers that read names up to their terminator; a list or record from elsewhere may
+/// have come in with a name that fills its field.
+void TerminateName(MethodEntry& copy) noexcept {
+    copy.scheme_name[DOM_SCHEME_NAME_SIZE - 1] = '\0';
+}
+
 /// Gives every method of the list a fresh index in place of those that the AAA type had, and writes
 /// them into the list. DOM_ERR_FAILED, and nothing changed, when a node cannot be allocated.
 uint32_t ReindexMethods(ZorvDomain& mib_node, MethodList& list) noexcept {
@@ -64,8 +70,14 @@ uint32_t GetMethodList(const char* name, uint32_t aaa_type, uint32_t service, Me
     return WithDomain(name, [&](DomainInfo& domain) -> uint32_t {
         MethodList** place = PlaceOfList(domain, aaa_type, service);
         if (place == nullptr || *place == nullptr) return DOM_ERR_FAILED;
-        if (list_out != nullptr) *list_out = **place;
-        if (extras_out != nullptr) *extras_out = domain.service_extras[service];
+        if (list_out != nullptr) {
+            *list_out = **place;
+            for (MethodEntry& entry : list_out->methods) TerminateName(entry);
+        }
+        if (extras_out != nullptr) {
+            *extras_out = domain.service_extras[service];
+            TerminateName(*extras_out);
+        }
         return DOM_OK;
     });
 }
@@ -106,7 +118,8 @@ uint32_t DeleteMethodList(const char* name, uint32_t aaa_type, uint32_t service)
         DOM_DestroyMethodList(std::exchange(*place, nullptr));
         return DOM_OK;
     }
-    // A domain always keeps its default lists: other services fall back on them.
+    // A default list is never removed: rows of the scheme table can only be added to a list that is
+    // there.
     ZorvDomain* mib_node = FindMibNode(table, domain->name);
     return mib_node == nullptr ? DOM_ERR_FAILED : ResetDefaultList(*mib_node, aaa_type, **place);
 }

@@ -299,16 +299,25 @@ TEST_F(MethodListStore, RolesAreSeparate) {
     EXPECT_EQ(Indexes("a", Role::kConfig), "1:0/0 2:4/0 3:5/0 4:0/1");
 }
 
-TEST_F(MethodListStore, NameWithoutTerminatorIsCopiedWithItsListAndReadWithinItsField) {
+TEST_F(MethodListStore, NameWithoutTerminatorIsCutTo32CharactersInEveryCopy) {
     Add("a");
-    MethodList list = ListOf(0, 5, {1});
-    memset(list.methods[0].scheme_name, 'x', DOM_SCHEME_NAME_SIZE);
-    memset(list.methods[0].reserved, 'y', 3);
-    ASSERT_EQ(DOM_AddMethodList("a", &list, nullptr), DOM_OK);
+    MethodList list = ListOf(5, 5, {1, 2, 1, 2, 1, 2});
+    for (MethodEntry& entry : list.methods) {
+        memset(entry.scheme_name, 'x', DOM_SCHEME_NAME_SIZE);
+        memset(entry.reserved, 'y', 3);
+    }
+    MethodEntry extra = list.methods[0];
+    ASSERT_EQ(DOM_AddMethodList("a", &list, &extra), DOM_OK);
+    EXPECT_EQ(list.methods[0].scheme_name[DOM_SCHEME_NAME_SIZE - 1], 'x');
     MethodList out{};
-    ASSERT_EQ(DOM_GetMethodList("a", 0, 5, &out, nullptr), DOM_OK);
-    EXPECT_EQ(memcmp(&out, &list, sizeof list), 0);
+    MethodEntry extra_out{};
+    ASSERT_EQ(DOM_GetMethodList("a", 5, 5, &out, &extra_out), DOM_OK);
+    const std::string cut(32, 'x');
+    for (const MethodEntry& entry : out.methods) EXPECT_EQ(std::string(entry.scheme_name), cut);
+    EXPECT_EQ(std::string(extra_out.scheme_name), cut);
     MibSchemeRow row{};
+    list.aaa_type = 0;
+    ASSERT_EQ(DOM_AddMethodList("a", &list, nullptr), DOM_OK);
     ASSERT_EQ(DOM_MibGetFirstScheme(&row), DOM_OK);
     EXPECT_EQ(std::string(row.scheme_name), std::string(32, 'x'));
 }

@@ -1,13 +1,13 @@
-// Nodes made before a domain is added, one for each method of its default lists, so that giving the
-// methods their indexes cannot fail half-way.
-#include <aaadom/method_list.h>
+#include "domain/scheme_resources.h"
+
 #include <aaadom/results.h>
+
+#include <cstdlib>
 
 #include "domain/domain_record.h"
 #include "domain/scheme_index.h"
 
-using namespace aaadom;
-
+namespace aaadom {
 namespace {
 
 /// One node for each non-empty entry of a default list; a missing list needs none.
@@ -23,25 +23,19 @@ bool PrepareList(const MethodList* list, SchemeIndexNode* (&nodes)[DOM_METHODS])
 
 }  // namespace
 
-extern "C" {
-
-uint32_t DOM_CreateDomainSchemeResource(const DomainInfo* record,
-                                        SchemeResources* resources_out) noexcept {
-    if (resources_out == nullptr) return DOM_ERR_FAILED;
-    *resources_out = {};
-    if (record == nullptr) return DOM_ERR_FAILED;
+uint32_t CreateSchemeResources(const DomainInfo& record, SchemeResources& resources_out) noexcept {
+    resources_out = {};
     for (uint32_t group = 0; group < DOM_DEFAULT_LISTS; ++group) {
-        const MethodList* list = record->method_lists[kDefaultListRows[group]][DOM_DEFAULT_SERVICE];
-        if (PrepareList(list, resources_out->nodes[group])) continue;
-        DOM_DestroyDomainSchemeResource(resources_out);
+        const MethodList* list = record.method_lists[kDefaultListRows[group]][DOM_DEFAULT_SERVICE];
+        if (PrepareList(list, resources_out.nodes[group])) continue;
+        FreeSchemeResources(resources_out);
         return DOM_ERR_FAILED;
     }
     return DOM_OK;
 }
 
-void DOM_DestroyDomainSchemeResource(SchemeResources* resources) noexcept {
-    if (resources == nullptr) return;
-    for (auto& group : resources->nodes) {
+void FreeSchemeResources(SchemeResources& resources) noexcept {
+    for (auto& group : resources.nodes) {
         for (SchemeIndexNode*& node : group) {
             free(node);
             node = nullptr;
@@ -49,4 +43,4 @@ void DOM_DestroyDomainSchemeResource(SchemeResources* resources) noexcept {
     }
 }
 
-}  // extern "C"
+}  // namespace aaadom

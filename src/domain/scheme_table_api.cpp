@@ -1,6 +1,7 @@
 #include <aaadom/method_list.h>
 #include <aaadom/results.h>
 
+#include "domain/scheme_resources.h"
 #include "domain/scheme_table.h"
 #include "domain/scheme_walk.h"
 
@@ -49,6 +50,17 @@ uint32_t DOM_ModifySchemeTable(const MibSchemeRow* row) noexcept {
 
 uint32_t DOM_DeleteSchemeByIndex(const char* domain, uint32_t scheme_index) noexcept {
     return DeleteScheme(domain, scheme_index);
+}
+
+uint32_t DOM_CreateDomainSchemeResource(const DomainInfo* record,
+                                        SchemeResources* resources_out) noexcept {
+    if (resources_out == nullptr) return DOM_ERR_FAILED;
+    *resources_out = {};
+    return record == nullptr ? DOM_ERR_FAILED : CreateSchemeResources(*record, *resources_out);
+}
+
+void DOM_DestroyDomainSchemeResource(SchemeResources* resources) noexcept {
+    if (resources != nullptr) FreeSchemeResources(*resources);
 }
 
 }  // extern "C"

@@ -159,6 +159,18 @@ TEST_F(SchemeIndexes, ResourcesHoldOneNodeForEachMethod) {
     EXPECT_EQ(NodesLeft(), 0);
 }
 
+TEST_F(SchemeIndexes, ResourcesAreForDefaultListsOnly) {
+    MethodList* other_type = DOM_CreateMethodList();
+    MethodList* other_service = DOM_CreateMethodList();
+    *other_type = ListOf(1, 5, {1});
+    *other_service = ListOf(0, 4, {1, 2});
+    record_->method_lists[1][5] = other_type;
+    record_->method_lists[0][4] = other_service;
+    ASSERT_EQ(DOM_CreateDomainSchemeResource(record_, &resources_), DOM_OK);
+    EXPECT_EQ(NodesLeft(), 3);
+    for (auto& group : resources_.nodes) EXPECT_NE(group[0], nullptr);
+}
+
 TEST_F(SchemeIndexes, FullDomainHasEighteen) {
     for (uint32_t type : {0u, 4u, 5u}) {
         SetList(type, {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {1, 0}});

@@ -30,9 +30,9 @@ void DOM_DestroyMethodList(MethodList* list) AAADOM_NOEXCEPT;
  * @param domain      name.
  * @param aaa_type    0 to 5.
  * @param service     0 to 11.
- * @param list_out    untouched on failure, may be null. Scheme names are as they were stored: one
- * of 33 characters has no terminator.
- * @param extras_out  one item; untouched on failure, may be null.
+ * @param list_out    untouched on failure, may be null. Its scheme names are terminated, cut to 32
+ *                    characters where more were stored.
+ * @param extras_out  one item, its name likewise; untouched on failure, may be null.
  * @return 0; DOM_ERR_FAILED when the domain, the list or the place does not exist.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
@@ -43,7 +43,8 @@ uint32_t DOM_GetMethodList(const char* domain, uint32_t aaa_type, uint32_t servi
  * Stores a list in the place that its own AAA type and service name; a former list is
  * replaced whole. Kinds and their order are not judged. In the default service every method
  * gets a new scheme index, the lowest free ones in list order, instead of those that the AAA type
- * had. Carried by the method-list message and the domain record.
+ * had. Carried by DOM_MSG_METHOD_LIST and, with its indexes, by the domain record (DOM_MSG_DOMAIN),
+ * in DOM_TLV_METHOD_LIST.
  * @param domain  name.
  * @param list    borrowed; in the default service the new indexes are written into its methods,
  *                untouched on failure.
@@ -59,7 +60,8 @@ uint32_t DOM_AddMethodList(const char* domain, MethodList* list,
 
 /**
  * Removes a list. One of the default service is not removed but reset: one method of kind 4, with
- * the lowest scheme index that is free when the list's own are gone. Extra items stay.
+ * the lowest scheme index that is free when the list's own are gone. Extra items stay. Carried by
+ * DOM_MSG_METHOD_LIST.
  * @param domain       name.
  * @param list_header  borrowed; only its AAA type and service are read.
  * @return 0; DOM_ERR_FAILED, and nothing changed, when the domain, the list or the place does not
@@ -82,16 +84,18 @@ uint32_t DOM_IsServiceSupportTheMethod(uint32_t service, uint32_t aaa_type,
 
 /**
  * Writes a kind into the first empty entry of a list; nothing when all six are used.
- * @param entries  the six entries of a list; null is ignored.
+ * @param entries      borrowed, the six entries of a list; null is ignored.
+ * @param method_kind  not judged; name and index of the entry stay.
  * @thread any; takes no lock: the entries are the caller's.
  */
 void DOM_UpdateMethodModule(MethodEntry entries[DOM_METHODS], uint32_t method_kind) AAADOM_NOEXCEPT;
 
 /**
- * Names the first entry of a kind; kind 0 names the first empty entry.
- * @param entries      the six entries of a list; null is ignored.
- * @param scheme_name  made small in place, found an entry or not, so never a literal; at most 32
- *                     characters are stored, longer input is cut. Null is ignored.
+ * Names the first entry of a kind; nothing when there is none.
+ * @param entries      borrowed, the six entries of a list; null is ignored.
+ * @param method_kind  any; 4 and 5 are named too, 0 names the first empty entry.
+ * @param scheme_name  borrowed; made small in place, found an entry or not, so never a literal. At
+ *                     most 32 characters are stored, longer input is cut. Null is ignored.
  * @thread any; takes no lock: the entries are the caller's.
  */
 void DOM_UpdateMethodSchemeName(MethodEntry entries[DOM_METHODS], uint32_t method_kind,
@@ -100,6 +104,7 @@ void DOM_UpdateMethodSchemeName(MethodEntry entries[DOM_METHODS], uint32_t metho
 /**
  * Finds the position of the method that a scheme index addresses.
  * @param domain        name.
+ * @param scheme_index  any; 0 is found where a row has taken it.
  * @param position_out  0 to 5; untouched on failure, may be null.
  * @return 0; DOM_ERR_FAILED when the domain or the index does not exist.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
@@ -110,6 +115,7 @@ uint32_t DOM_GetMethodIndex(const char* domain, uint32_t scheme_index,
 /**
  * Finds the AAA type of the method that a scheme index addresses.
  * @param domain        name.
+ * @param scheme_index  any; 0 is found where a row has taken it.
  * @param aaa_type_out  0 to 5; untouched on failure, may be null.
  * @return 0; DOM_ERR_FAILED when the domain or the index does not exist.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
@@ -127,7 +133,7 @@ uint32_t DOM_IsSchemeTableNull(void) AAADOM_NOEXCEPT;
 
 /**
  * Reads the first row of the scheme table: the first scheme index of the first domain. Its order is
- * the working role's, its contents are the calling role's.
+ * the working role's, its contents are the calling role's. Carried by DOM_MSG_SCHEME_ROW.
  * @param row_out  gets domain name, scheme index, method kind, AAA type and scheme name; row status
  *                 and service stay. Untouched on failure.
  * @return 0; DOM_ERR_FAILED when DOM_IsSchemeTableNull, when the calling role lacks the domain or
@@ -139,7 +145,8 @@ uint32_t DOM_MibGetFirstScheme(MibSchemeRow* row_out) AAADOM_NOEXCEPT;
 
 /**
  * Reads the row that follows a key: domains by name length, then by strcmp, within a domain by
- * scheme index. The key need not exist. Domains without a scheme index are passed over.
+ * scheme index. The key need not exist. Domains without a scheme index are passed over. The key is
+ * carried by DOM_MSG_SCHEME_INDEX, the row by DOM_MSG_SCHEME_ROW.
  * @param domain        key; compared with case. Null is followed by nothing.
  * @param name_length   the key's length as the order counts it; it is never used to index the name.
  * @param scheme_index  key.
@@ -154,33 +161,36 @@ uint32_t DOM_MibGetNextScheme(const char* domain, uint32_t name_length, uint32_t
 
 /**
  * Adds one method to a default list. Methods stand in the order of their indexes, kind 5 behind all
- * others. Carried by the scheme-row message.
+ * others. Carried by DOM_MSG_SCHEME_ROW with row status 4.
  * @param row  borrowed; domain name (at most 255 characters), scheme index (0 included), method
  *             kind, AAA type, and for other kinds than 4 and 5 the scheme name (at most 32
  *             characters) are read.
  * @return 0; DOM_ERR_FAILED, and nothing changed, when the domain or the list does not exist, the
- *         domain is not in the row order, the index is used anywhere in the domain, the kind
- *         occurs in the list (kind 0: always), the list has no room or would be in no allowed
- * order, memory runs out or the row is null.
+ *         domain is not in the row order, the index is used anywhere in the domain, the kind is 0
+ *         or occurs in the list, the list has no room or would be in no allowed order, memory runs
+ *         out or the row is null.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
 uint32_t DOM_AddSchemeTable(const MibSchemeRow* row) AAADOM_NOEXCEPT;
 
 /**
  * Changes the kind and scheme name of the method that a scheme index addresses; the method moves to
- * the place of its new kind. Carried by the scheme-row message.
+ * the place of its new kind. Carried by DOM_MSG_SCHEME_ROW with row status 1.
  * @param row  borrowed; as DOM_AddSchemeTable.
  * @return 0; DOM_ERR_NOT_FOUND when the domain or the list does not exist or the domain is not in
  *         the row order; DOM_ERR_FAILED when the index is unknown or of another AAA type, the kind
- *         is 0, another method of the list has the kind, the list would be in no allowed order, or
- *         the row is null. Nothing changed on failure.
+ *         is 0, another method of the list has the kind, a new kind would leave the list in no
+ *         allowed order, no method of the list bears the index and there is no room, or the row is
+ *         null. Nothing changed on failure.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
  */
 uint32_t DOM_ModifySchemeTable(const MibSchemeRow* row) AAADOM_NOEXCEPT;
 
 /**
- * Resets the whole default list that a scheme index belongs to, as DOM_DelMethodList does.
- * @param domain  name.
+ * Resets the whole default list that a scheme index belongs to, as DOM_DelMethodList does. Carried
+ * by DOM_MSG_SCHEME_ROW.
+ * @param domain        name.
+ * @param scheme_index  of any method of the list.
  * @return 0; DOM_ERR_FAILED, and nothing changed, when the domain, the index or the list does not
  *         exist, the domain is not in the row order, or memory runs out.
  * @thread any; takes and releases the calling role's table mutex, the caller holds none.
@@ -207,7 +217,8 @@ uint32_t DOM_CreateDomainSchemeResource(const DomainInfo* record,
 void DOM_DestroyDomainSchemeResource(SchemeResources* resources) AAADOM_NOEXCEPT;
 
 /**
- * Reads the name of a domain's accounting policy (authorization attribute kind 12).
+ * Reads the name of a domain's accounting policy: authorization attribute kind 12, carried by
+ * DOM_MSG_AUTHOR_ATTR.
  * @param domain    name.
  * @param size      capacity of text_out in bytes; 32 hold every name, into less it is cut. With 0
  *                  nothing is written.

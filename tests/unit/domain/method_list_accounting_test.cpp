@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <thread>
 
 #include "policy/ita_policy.h"
 #include "unit/domain/scheme_fixture.h"
@@ -101,6 +102,42 @@ TEST_F(DomainAccounting, MethodListFailsWithoutDomainNameOrPolicy) {
     EXPECT_EQ(Show(list), "5@0");
 }
 
+// While the policy store is busy, operations on domains go on.
+TEST_F(DomainAccounting, TableMutexIsReleasedBeforeThePolicyMutexIsTaken) {
+    Add("a");
+    NamePolicy("a", "gold");
+    const uint64_t before = fake::Count(fake::Event::kLock);
+    {
+        fake::Quiet not_counted;
+        pthread_mutex_lock(&g_stDomainItaPolicyTableMutexLock);
+    }
+    MethodList list{};
+    std::thread reader([&] { (void)DOM_GetItaMethodList("a", &list); });
+    while (fake::Count(fake::Event::kLock) < before + 2) std::this_thread::yield();
+    EXPECT_EQ(fake::HeldLocks(), 0);
+    {
+        fake::Quiet not_counted;
+        pthread_mutex_unlock(&g_stDomainItaPolicyTableMutexLock);
+    }
+    reader.join();
+    EXPECT_EQ(fake::Count(fake::Event::kLock), before + 2);
+}
+
+TEST_F(DomainAccounting, EachReaderTakesTheTableMutexOnce) {
+    Add("a");
+    char text[32];
+    uint32_t value = 0;
+    uint64_t locks = fake::Count(fake::Event::kLock);
+    for (const char* domain : {"a", "b"}) {
+        (void)DOM_GetItaPolicyName(domain, sizeof text, text);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_IsItaEnabled(domain);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_GetAcctPolicy(domain, 187, &value);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+    }
+}
+
 TEST_F(DomainAccounting, EachCodeReadsItsWord) {
     Add("a");
     AuthorAttr block{};
@@ -128,7 +165,7 @@ TEST_F(DomainAccounting, NewDomainHasTheInitialWords) {
     }
 }
 
-// Callers ask for codes that only newer domains have; a code without a word is an answer.
+// A code that has no word is answered, not refused: callers tell it by the value.
 TEST_F(DomainAccounting, OtherCodesSucceedWithNoValue) {
     Add("a");
     uint32_t value = 0;

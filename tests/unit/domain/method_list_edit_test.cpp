@@ -121,6 +121,15 @@ TEST(UpdateMethodModule, FillsTheFirstEmptyEntry) {
     EXPECT_EQ(Show(list), "2@0 1@0 4@0 5@0");
 }
 
+TEST(UpdateMethodModule, WritesNothingButTheKind) {
+    MethodList list{};
+    strcpy(list.methods[0].scheme_name, "old");
+    list.methods[0].scheme_index = 7;
+    DOM_UpdateMethodModule(list.methods, 0xFFFFFFFFu);
+    EXPECT_EQ(Show(list), "4294967295@7");
+    EXPECT_STREQ(list.methods[0].scheme_name, "old");
+}
+
 TEST(UpdateMethodModule, DoesNothingWhenAllSixAreUsed) {
     MethodList list = ListOf(0, 5, {2, 1, 3, 4, 2, 5});
     DOM_UpdateMethodModule(list.methods, 1);

@@ -70,6 +70,16 @@ TEST_F(SchemeTable, SmallerIndexIsAddedInFrontAndPositionsFollow) {
     EXPECT_EQ(Indexes("a"), "0:0/0 1:0/1 2:4/0 3:5/0");
 }
 
+TEST_F(SchemeTable, SmallerIndexPutsKindOneBeforeKindTwo) {
+    Prepare({});  // index 1 is free
+    ASSERT_EQ(Modify(Row("a", 5, 3, 2)), DOM_OK);
+    ASSERT_EQ(AddRow(Row("a", 5, 1, 1)), DOM_OK);
+    EXPECT_EQ(Stored("a", 5), "1@1 2@3");
+    EXPECT_EQ(Indexes("a"), "1:5/0 2:4/0 3:5/1");
+    EXPECT_EQ(AddRow(Row("a", 5, 9, 3)), DOM_ERR_FAILED);
+    EXPECT_EQ(Stored("a", 5), "1@1 2@3");
+}
+
 TEST_F(SchemeTable, AddStoresTheName) {
     Prepare({2});
     ASSERT_EQ(AddRow(Row("A", 0, 4, 1, "Tac")), DOM_OK);
@@ -242,6 +252,65 @@ TEST_F(SchemeTable, ModifyWorksInAFullListWithoutWritingBehindIt) {
     // in again before kind 5, as every method
     EXPECT_EQ(Stored("a", 0), "1@1 2@4 4@5 3@7 5@6 3@8");
     EXPECT_EQ(Indexes("a"), "1:0/0 2:4/0 3:5/0 4:0/1 5:0/2 6:0/4 7:0/3 8:0/5");
+}
+
+// Records that the table did not build itself can have an index that no method bears.
+TEST_F(SchemeTable, ModifyInsertsAMethodForAnIndexThatNoneBears) {
+    Prepare({2});
+    MethodList* list = Find("a")->method_lists[0][5];
+    list->methods[0] = {};
+    ASSERT_EQ(Modify(Row("a", 0, 1, 1, "one")), DOM_OK);
+    EXPECT_EQ(Stored("a", 0), "1@1");
+    EXPECT_STREQ(StoredEntry("a", 0, 0).scheme_name, "one");
+}
+
+TEST_F(SchemeTable, ModifyInsertsNothingIntoAFullList) {
+    Prepare({1, 1, 1, 1, 1, 1});
+    Find("a")->method_lists[0][5]->methods[0].scheme_index = 99;
+    const std::string list = Stored("a", 0);
+    EXPECT_EQ(Modify(Row("a", 0, 1, 2)), DOM_ERR_FAILED);
+    EXPECT_EQ(Modify(Row("a", 0, 1, 5)), DOM_ERR_FAILED);
+    EXPECT_EQ(Stored("a", 0), list);
+}
+
+TEST_F(SchemeTable, FailedModifyLeavesNameAndKind) {
+    Prepare({2, 1});
+    ASSERT_EQ(Modify(Row("a", 0, 4, 1, "old")), DOM_OK);
+    EXPECT_EQ(Modify(Row("a", 0, 4, 3, "new")), DOM_ERR_FAILED);
+    EXPECT_EQ(Stored("a", 0), "2@1 1@4");
+    EXPECT_STREQ(StoredEntry("a", 0, 1).scheme_name, "old");
+}
+
+TEST_F(SchemeTable, NamesOfRowsAreStoredWithTheirCapitals) {
+    Prepare({2});
+    ASSERT_EQ(Modify(Row("a", 0, 1, 2, "RAD 1/@")), DOM_OK);
+    EXPECT_STREQ(StoredEntry("a", 0, 0).scheme_name, "RAD 1/@");
+}
+
+TEST_F(SchemeTable, EachOperationTakesTheTableMutexOnceWhetherItSucceedsOrNot) {
+    Add("a");
+    MethodList list = ListOf(0, 4, {2});
+    uint64_t locks = fake::Count(fake::Event::kLock);
+    for (const std::string domain : {"a", "b"}) {
+        const char* name = domain.c_str();
+        (void)DOM_AddMethodList(name, &list, nullptr);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_GetMethodList(name, 0, 4, &list, nullptr);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_DelMethodList(name, &list);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)AddRow(Row(domain, 0, 4, 5));
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)Modify(Row(domain, 0, 1, 2));
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_GetMethodIndex(name, 1, nullptr);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_GetAAAType(name, 1, nullptr);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+        (void)DOM_DeleteSchemeByIndex(name, 1);
+        EXPECT_EQ(fake::Count(fake::Event::kLock), ++locks);
+    }
+    EXPECT_EQ(fake::HeldLocks(), 0);
 }
 
 TEST_F(SchemeTable, ModifyNeedsNoMemory) {

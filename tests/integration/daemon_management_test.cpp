@@ -1,4 +1,5 @@
-// Each management call once against a real daemon, and changes of many clients across a SIGKILL.
+// The management calls that the daemon serves, each once, and changes of many clients across a
+// SIGKILL. Rows of the scheme table and changes of table rows (codes 13 to 15) are not served yet.
 #include <atomic>
 #include <chrono>
 #include <cstring>

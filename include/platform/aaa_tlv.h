@@ -176,6 +176,99 @@ void* AAA_EncapStructToTLVBuf(const AAA_ENCAP_STEP* steps, uint32_t step_count,
 uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap,
                                  void* object) PLATFORM_NOEXCEPT;
 
+/** One member of a structure and the TLV that carries it. A table of them, in the order in which
+ *  the TLVs are sent, describes a structure to the calls below, which handle all of it at once. */
+typedef struct AAA_FIELD {
+    uint16_t type;   /* of the TLV */
+    uint16_t kind;   /* AAA_FIELD_... */
+    uint16_t offset; /* of the member in its structure, in bytes */
+    uint16_t size;   /* of texts and blocks, in bytes; at least 1 for texts; 0 of the others */
+} AAA_FIELD;
+
+enum {
+    AAA_FIELD_WORD = 0,    /* uint32_t, carried as UINT32 */
+    AAA_FIELD_HALF = 1,    /* uint16_t, carried as UINT32, narrowed when read */
+    AAA_FIELD_TEXT = 2,    /* char[size]; sent up to its NUL or, without one, all of it with a
+                              terminator; read as AAA_GetStrTlvValue does */
+    AAA_FIELD_BLOCK = 3,   /* `size` raw bytes; read as TLV_GetValueByIterator does */
+    AAA_FIELD_POSITION = 4 /* no member: the structure's position in its array, as UINT32 */
+};
+
+/**
+ * Appends one TLV for each field, in the order of the table: the same TLVs as the single appends
+ * give.
+ * @param msg     borrowed; its iterators end.
+ * @param fields  borrowed; may be null when `count` is 0. A position is sent as 0.
+ * @param count   number of fields.
+ * @param record  borrowed; the structure, which must not lie inside `msg`.
+ * @return 0; 0x40010001 when an argument is null, the message would pass 4 GiB or memory is short:
+ *         `msg` may then have some of the fields, its former TLVs are unchanged.
+ * @thread any.
+ */
+uint32_t AAA_AppendFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count,
+                          const void* record) PLATFORM_NOEXCEPT;
+
+/**
+ * Appends one nested message for each structure of an array, all with the same type and table.
+ * @param msg      borrowed; its iterators end.
+ * @param type     any 16-bit number.
+ * @param fields   borrowed; may be null when `count` is 0, which gives empty nested messages.
+ * @param count    number of fields.
+ * @param first    borrowed; the first structure, position 0; may be null when `records` is 0. None
+ *                 may lie inside `msg`.
+ * @param stride   distance between two structures, in bytes.
+ * @param records  number of structures.
+ * @return 0; 0x40010001 when an argument is null, the message would pass 4 GiB or memory is short:
+ *         `msg` then has the structures before the one that failed, each complete.
+ * @thread any.
+ */
+uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields, uint32_t count,
+                           const void* first, uint32_t stride, uint32_t records) PLATFORM_NOEXCEPT;
+
+/**
+ * Open and close a nested message in place: what is appended to `msg` between the two calls becomes
+ * the value of one TLV, without a message of its own and without a copy. Pairs may lie inside each
+ * other; whoever does not call AAA_EndSubTlv, because an append failed, destroys `msg`. Between the
+ * two calls nothing is deleted from `msg` and no nested message is taken out of it.
+ * @param msg   borrowed; its iterators end.
+ * @param type  any 16-bit number, also one that `msg` has.
+ * @param mark  receives what AAA_EndSubTlv needs, unchanged on failure; as an argument, what
+ *              AAA_BeginSubTlv stored there for `msg`.
+ * @return 0; 0x40010001, and `msg` unchanged, when an argument is null, the message would pass
+ *         4 GiB, memory is short, or `mark` is none of `msg`.
+ * @thread any.
+ */
+uint32_t AAA_BeginSubTlv(TLV_MSG* msg, uint16_t type, uint32_t* mark) PLATFORM_NOEXCEPT;
+uint32_t AAA_EndSubTlv(TLV_MSG* msg, uint32_t mark) PLATFORM_NOEXCEPT;
+
+/** Gets a TLV that no field describes. `msg` and `it` belong together for the reading calls, valid
+ *  until the function returns; it must not change or destroy `msg`. 0 or a failure. */
+typedef uint32_t (*AAA_OTHER_FN)(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it);
+
+/**
+ * Read every TLV of a message, or of the nested message in a TLV, into a structure. Members whose
+ * TLV is missing keep their value; the last of several TLVs of a type counts. Behind the
+ * terminator of a text its member is undefined.
+ * @param msg       borrowed.
+ * @param it        owned by `msg`; its TLV carries the nested message, which is read in place.
+ * @param fields    borrowed; may be null when `count` is 0. The TLVs may come in any order, in that
+ *                  of the table they are found fastest.
+ * @param count     number of fields.
+ * @param record    borrowed; the structure, which must not lie inside `msg`.
+ * @param position  receives the position, unchanged when there is none; may be null.
+ * @param other     called for each TLV of another type, in their order; null skips them.
+ * @param context   given to `other` unchanged.
+ * @return 0; 0x40010001 when a needed argument is null, `it` lies outside `msg`, its value is not
+ *         exactly one well-formed image, or memory is short: `record` is then undefined and `other`
+ *         may have been called. Else the results of `other`, combined bit by bit.
+ * @thread any; `other` is called without a lock.
+ */
+uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, void* record,
+                       AAA_OTHER_FN other, void* context) PLATFORM_NOEXCEPT;
+uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
+                          void* record, uint32_t* position, AAA_OTHER_FN other,
+                          void* context) PLATFORM_NOEXCEPT;
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }

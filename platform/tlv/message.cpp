@@ -98,6 +98,14 @@ uint32_t AppendAfterGrowth(TLV_MSG* msg, uint16_t type, uint32_t length,
     return kOk;
 }
 
+bool Reserve(TLV_MSG* msg, uint64_t room) noexcept {
+    if (room <= msg->capacity) return true;
+    Storage* former;
+    if (room > UINT32_MAX || !MoveToOwnBytes(msg, room, former)) return false;
+    if (former != nullptr) Release(former);
+    return true;
+}
+
 uint32_t DeleteTlv(TLV_MSG* msg, const TLV_ITER* it) noexcept {
     const TlvAt tlv = Locate(msg, it);
     // Taking bytes out of a value, at a position of a nested message for one, would leave an image

@@ -82,6 +82,9 @@ TLV_MSG* TakeNested(TLV_MSG* msg, const TlvAt& tlv) noexcept;
 uint32_t AppendAfterGrowth(TLV_MSG* msg, uint16_t type, uint32_t length,
                            const void* value) noexcept;
 
+/// Makes room for an image of `room` bytes in bytes that this message may write.
+[[nodiscard]] bool Reserve(TLV_MSG* msg, uint64_t room) noexcept;
+
 /// Writes behind the image's end, which no view of these bytes reaches; so it needs no own copy.
 inline void PutTlv(TLV_MSG* msg, uint16_t type, uint32_t length, const void* value) noexcept {
     uint8_t* at = msg->image + msg->length;

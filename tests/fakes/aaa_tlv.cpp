@@ -209,3 +209,153 @@ extern "C" uint32_t AAA_DecapSubTLVToStruct(TLV_MSG* msg, TLV_ITER* it, AAA_DECA
     fake::DestroyMessage(sub);
     return result;
 }
+
+namespace {
+
+/// The member as the single append that its kind stands for.
+uint32_t AppendMember(TLV_MSG* msg, const AAA_FIELD& field, const void* record, uint32_t position) {
+    const char* member = static_cast<const char*>(record) + field.offset;
+    switch (field.kind) {
+        case AAA_FIELD_WORD: {
+            uint32_t word;
+            std::memcpy(&word, member, sizeof word);
+            return AAA_AppendUINTTlvData(msg, field.type, word);
+        }
+        case AAA_FIELD_HALF: {
+            uint16_t half;
+            std::memcpy(&half, member, sizeof half);
+            return AAA_AppendUINTTlvData(msg, field.type, half);
+        }
+        case AAA_FIELD_TEXT: {
+            std::string text;
+            {
+                Quiet quiet;
+                text.assign(member, strnlen(member, field.size));
+            }
+            return AAA_AppendStrTlvData(msg, field.type, text.c_str());
+        }
+        case AAA_FIELD_BLOCK:
+            return TLV_Append_Data(msg, field.type, field.size, member);
+        default:
+            return AAA_AppendUINTTlvData(msg, field.type, position);
+    }
+}
+
+uint32_t AppendMembers(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, const void* record,
+                       uint32_t position) {
+    uint32_t result = 0;
+    for (uint32_t i = 0; i < count; ++i) result |= AppendMember(msg, fields[i], record, position);
+    return result;
+}
+
+uint32_t ReadMember(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD& field, void* record,
+                    uint32_t* position) {
+    char* member = static_cast<char*>(record) + field.offset;
+    const uint32_t word = AAA_GetUINTTlvValue(msg, it);
+    const auto half = static_cast<uint16_t>(word);
+    switch (field.kind) {
+        case AAA_FIELD_WORD:
+            std::memcpy(member, &word, sizeof word);
+            return 0;
+        case AAA_FIELD_HALF:
+            std::memcpy(member, &half, sizeof half);
+            return 0;
+        case AAA_FIELD_TEXT:
+            return AAA_GetStrTlvValue(msg, it, field.size, member);
+        case AAA_FIELD_BLOCK:
+            return TLV_GetValueByIterator(msg, it, field.size, member);
+        default:
+            if (position != nullptr) *position = word;
+            return 0;
+    }
+}
+
+uint32_t ReadMembers(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, void* record,
+                     uint32_t* position, AAA_OTHER_FN other, void* context) {
+    uint32_t result = 0;
+    for (TLV_ITER* it = TLV_GetFirst(msg); it != nullptr; it = TLV_GetNext(msg, it)) {
+        const uint16_t type = TLV_GetTypeByIterator(msg, it);
+        const AAA_FIELD* field = std::find_if(
+            fields, fields + count, [type](const AAA_FIELD& each) { return each.type == type; });
+        if (field != fields + count) {
+            result |= ReadMember(msg, it, *field, record, position);
+        } else if (other != nullptr) {
+            result |= other(context, type, msg, it);
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+extern "C" uint32_t AAA_AppendFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count,
+                                     const void* record) noexcept {
+    if (msg == nullptr || record == nullptr || (fields == nullptr && count != 0)) return kFailed;
+    return AppendMembers(msg, fields, count, record, 0);
+}
+
+extern "C" uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields,
+                                      uint32_t count, const void* first, uint32_t stride,
+                                      uint32_t records) noexcept {
+    if (msg == nullptr || (fields == nullptr && count != 0) || (first == nullptr && records != 0)) {
+        return kFailed;
+    }
+    for (uint32_t position = 0; position < records; ++position) {
+        TLV_MSG* sub = TLV_Create();
+        if (sub == nullptr) return kFailed;
+        const char* record = static_cast<const char*>(first) + size_t{position} * stride;
+        uint32_t result = AppendMembers(sub, fields, count, record, position);
+        if (result == 0) result = AAA_AppendSubTlv(msg, type, sub);
+        TLV_Destroy(sub);
+        if (result != 0) return kFailed;
+    }
+    return 0;
+}
+
+// The mark is the position of the TLV that is still empty; it counts as an append when it is
+// closed.
+extern "C" uint32_t AAA_BeginSubTlv(TLV_MSG* msg, uint16_t type, uint32_t* mark) noexcept {
+    if (Hit(Event::kMessage) || msg == nullptr || mark == nullptr) return kFailed;
+    Quiet quiet;
+    TLV_MSG* empty = fake::NewMessage();
+    fake::AddItem(msg, type, fake::MakeImage(empty));
+    fake::DestroyMessage(empty);
+    *mark = static_cast<uint32_t>(msg->items.size() - 1);
+    return 0;
+}
+
+extern "C" uint32_t AAA_EndSubTlv(TLV_MSG* msg, uint32_t mark) noexcept {
+    if (Hit(Event::kAppend) || msg == nullptr || mark >= msg->items.size()) return kFailed;
+    Quiet quiet;
+    TLV_MSG* sub = fake::NewMessage();
+    if (msg->items[mark]->value != fake::MakeImage(sub)) {
+        fake::DestroyMessage(sub);
+        return kFailed;
+    }
+    for (size_t i = mark + 1; i < msg->items.size(); ++i) {
+        fake::AddItem(sub, msg->items[i]->type, msg->items[i]->value);
+        msg->deleted.push_back(std::move(msg->items[i]));
+    }
+    msg->items.resize(mark + 1);
+    msg->items[mark]->value = fake::MakeImage(sub);
+    ++msg->changes;
+    fake::DestroyMessage(sub);
+    return 0;
+}
+
+extern "C" uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count,
+                                  void* record, AAA_OTHER_FN other, void* context) noexcept {
+    if (msg == nullptr || record == nullptr || (fields == nullptr && count != 0)) return kFailed;
+    return ReadMembers(msg, fields, count, record, nullptr, other, context);
+}
+
+extern "C" uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields,
+                                     uint32_t count, void* record, uint32_t* position,
+                                     AAA_OTHER_FN other, void* context) noexcept {
+    if (msg == nullptr || record == nullptr || (fields == nullptr && count != 0)) return kFailed;
+    TLV_MSG* sub = AAA_GetSubTlv(msg, it);
+    if (sub == nullptr) return kFailed;
+    const uint32_t result = ReadMembers(sub, fields, count, record, position, other, context);
+    TLV_Destroy(sub);
+    return result;
+}

@@ -38,6 +38,14 @@ class TlvItem {
     [[nodiscard]] uint32_t Raw(void* buffer, uint32_t length) const noexcept {
         return TLV_GetValueByIterator(msg_, it_, length, buffer);
     }
+    /// Reads the nested message in place; AAA_GetSubFields says how.
+    [[nodiscard]] uint32_t SubFields(const AAA_FIELD* fields, uint32_t count, void* record,
+                                     uint32_t* position, AAA_OTHER_FN other = nullptr,
+                                     void* context = nullptr) const noexcept {
+        return AAA_GetSubFields(msg_, it_, fields, count, record, position, other, context);
+    }
+    /// Whether nothing follows in the message.
+    bool IsLast() const noexcept { return TLV_GetNext(msg_, it_) == nullptr; }
     /// The nested message, or null when the value is none.
     TlvPtr Sub() const noexcept { return TlvPtr(AAA_GetSubTlv(msg_, it_)); }
 
@@ -110,6 +118,20 @@ class Appender {
     /// A null `sub` counts as a failed append.
     Appender& Sub(uint16_t type, const TlvPtr& sub) noexcept {
         return Fold(sub ? AAA_AppendSubTlv(msg_, type, sub.get()) : DOM_ERR_FAILED);
+    }
+    Appender& Fields(const AAA_FIELD* fields, uint32_t count, const void* record) noexcept {
+        return Fold(AAA_AppendFields(msg_, fields, count, record));
+    }
+    /// Makes what `fields(Appender&)` appends one nested message, in place. After a failed append
+    /// the message is good only for being destroyed.
+    template <typename Fields>
+    Appender& Nested(uint16_t type, Fields&& fields) noexcept {
+        uint32_t mark;
+        const uint32_t begun = AAA_BeginSubTlv(msg_, type, &mark);
+        if (begun != DOM_OK) return Fold(begun);
+        Appender inner(msg_);
+        fields(inner);
+        return Fold(inner.Failed() ? inner.folded_ : AAA_EndSubTlv(msg_, mark));
     }
     Appender& Fold(uint32_t result) noexcept {
         folded_ |= result;

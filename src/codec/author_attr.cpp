@@ -69,17 +69,17 @@ constexpr FieldTable kAttributeFields(kAttributeFieldList);
 
 }  // namespace
 
-TlvPtr EncodeAttributes(const AuthorAttr& attributes) noexcept {
-    TlvPtr sub(TLV_Create());
-    if (!sub) return sub;
-    Appender append(sub.get());
-    AppendFields(append, &attributes, kAttributeFields);
-    if (append.Failed()) sub.reset();
-    return sub;
+void AppendAttributes(Appender& append, const AuthorAttr& attributes) noexcept {
+    append.Nested(DOM_TLV_AUTHOR_ATTR,
+                  [&](Appender& nested) { AppendFields(nested, &attributes, kAttributeFields); });
 }
 
 uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept {
     return ReadFields(sub, &attributes, kAttributeFields);
+}
+
+uint32_t ReadAttributes(const TlvItem& nested, AuthorAttr& attributes) noexcept {
+    return ReadNestedFields(nested, &attributes, kAttributeFields);
 }
 
 }  // namespace aaadom

@@ -7,9 +7,12 @@
 
 namespace aaadom {
 
-/// The attributes as a nested message; null when an append failed.
-TlvPtr EncodeAttributes(const AuthorAttr& attributes) noexcept;
+/// Appends the attributes as a nested message.
+void AppendAttributes(Appender& append, const AuthorAttr& attributes) noexcept;
 /// Stores what the nested message carries; attributes that it lacks keep their value.
 [[nodiscard]] uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept;
+/// The same from the TLV that carries the nested message; `attributes` is undefined when the value
+/// is no message.
+[[nodiscard]] uint32_t ReadAttributes(const TlvItem& nested, AuthorAttr& attributes) noexcept;
 
 }  // namespace aaadom

@@ -73,9 +73,8 @@ uint32_t DOM_DecodeMethList(TLV_MSG* msg, uint32_t size, char* name, MethodList*
 TLV_MSG* DOM_EncodeAuthorAttr(uint32_t kind, const char* name, const AuthorAttr* attr) noexcept {
     if (name == nullptr || attr == nullptr) return nullptr;
     return MessageBuilder(DOM_MSG_AUTHOR_ATTR).Build([&](Appender& append) {
-        append.U32(DOM_TLV_ATTR_KIND, kind)
-            .Text(DOM_TLV_DOMAIN_NAME, name)
-            .Sub(DOM_TLV_AUTHOR_ATTR, EncodeAttributes(*attr));
+        append.U32(DOM_TLV_ATTR_KIND, kind).Text(DOM_TLV_DOMAIN_NAME, name);
+        AppendAttributes(append, *attr);
     });
 }
 

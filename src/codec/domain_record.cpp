@@ -55,13 +55,11 @@ DomainPtr CreateRecordForDecoding() noexcept {
 }
 
 /// Stores a nested method list at its place; a list that was there before is freed.
-uint32_t ReadMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
-    const TlvPtr sub = tlv.Sub();
-    if (!sub) return DOM_ERR_FAILED;
+uint32_t TakeMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
     MethodListPtr list(DOM_CreateMethodList());
     if (!list) return DOM_ERR_FAILED;
-    MethodEntry extra;
-    const uint32_t result = DecodeMethodList(sub.get(), *list, extra);
+    MethodEntry extra{};
+    const uint32_t result = ReadMethodList(tlv, *list, extra);
     if (result != DOM_OK) return result;
     if (!IsListPlace(*list)) return DOM_ERR_FAILED;
     // Every list of a column carries the column's extra item: an empty one must not erase it.
@@ -72,9 +70,20 @@ uint32_t ReadMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
     return DOM_OK;
 }
 
-uint32_t ReadAttributes(const TlvItem& tlv, AuthorAttr& attributes) noexcept {
-    const TlvPtr sub = tlv.Sub();
-    return sub ? DecodeAttributes(sub.get(), attributes) : DOM_ERR_FAILED;
+/// The attribute block starts afresh with every TLV, so attributes count only when they come last:
+/// senders put them there, and a message that goes on behind them asks for the defaults.
+uint32_t TakeAttributes(const TlvItem& tlv, AuthorAttr& attributes) noexcept {
+    const uint32_t result = ReadAttributes(tlv, attributes);
+    if (!tlv.IsLast()) DOM_InitAuthorAttr(&attributes);
+    return result;
+}
+
+/// What is no plain member. The scalars that are sent only come here, too, and are skipped.
+uint32_t TakePart(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) noexcept {
+    auto& record = *static_cast<DomainInfo*>(context);
+    if (type == DOM_TLV_METHOD_LIST) return TakeMethodList({msg, it}, record);
+    if (type == DOM_TLV_AUTHOR_ATTR) return TakeAttributes({msg, it}, record.author_attr);
+    return DOM_OK;
 }
 
 bool IsDomainCode(TLV_MSG* msg) noexcept {
@@ -90,22 +99,20 @@ uint32_t AppendDomainRecord(const DomainInfo& record, TLV_MSG* msg) noexcept {
     Appender scalars(msg);
     AppendFields(scalars, &record, kScalarFields);
     if (scalars.Failed()) return DOM_ERR_FAILED;
+    Appender parts(msg);
     for (uint32_t row = 0; row < DOM_AAA_TYPES; ++row) {
         for (uint32_t column = 0; column < DOM_SERVICES; ++column) {
             const MethodList* list = record.method_lists[row][column];
             if (list == nullptr) continue;
-            const TlvPtr sub(TLV_Create());
-            if (!sub) return DOM_ERR_FAILED;
-            if (EncodeMethodList(*list, record.service_extras[column], sub.get()) != DOM_OK ||
-                AAA_AppendSubTlv(msg, DOM_TLV_METHOD_LIST, sub.get()) != DOM_OK) {
-                return DOM_ERR_FAILED;
-            }
+            parts.Nested(DOM_TLV_METHOD_LIST, [&](Appender& nested) {
+                nested.Fold(EncodeMethodList(*list, record.service_extras[column], msg));
+            });
+            if (parts.Failed()) return DOM_ERR_FAILED;
         }
     }
     // Last, because the decoder forgets attributes that another TLV follows.
-    Appender attributes(msg);
-    attributes.Sub(DOM_TLV_AUTHOR_ATTR, EncodeAttributes(record.author_attr));
-    return attributes.Failed() ? DOM_ERR_FAILED : DOM_OK;
+    AppendAttributes(parts, record.author_attr);
+    return parts.Failed() ? DOM_ERR_FAILED : DOM_OK;
 }
 
 TlvPtr FillDomainMessage(const DomainInfo& record, TlvPtr msg) noexcept {
@@ -125,27 +132,10 @@ DomainInfo* DecodeDomainRecord(TLV_MSG* msg) noexcept {
     DomainPtr record = CreateRecordForDecoding();
     if (!record) return nullptr;
 
-    // The attribute block starts afresh with every TLV, so attributes count only when they come
-    // last: senders put them there, and a message that goes on behind them asks for the defaults.
-    // Resetting only a block that was written in between gives the same.
-    bool attributes_fresh = false;
-    FieldReader scalars(record.get());
-    for (TlvItem tlv : TlvWalk(msg)) {
-        if (!attributes_fresh) DOM_InitAuthorAttr(&record->author_attr);
-        attributes_fresh = true;
-        uint32_t result = DOM_OK;
-        const uint16_t type = tlv.Type();
-        if (type == DOM_TLV_METHOD_LIST) {
-            result = ReadMethodList(tlv, *record);
-        } else if (type == DOM_TLV_AUTHOR_ATTR) {
-            result = ReadAttributes(tlv, record->author_attr);
-            attributes_fresh = false;
-        } else if (const Field* field = kScalarFields.Find(type)) {
-            result = scalars.Read(*field, tlv);
-        }
-        if (result != DOM_OK) return nullptr;
-    }
-    return record.release();
+    DOM_InitAuthorAttr(&record->author_attr);
+    const uint32_t result = AAA_GetFields(msg, kScalarFields.Read(), kScalarFields.ReadCount(),
+                                          record.get(), TakePart, record.get());
+    return result == DOM_OK ? record.release() : nullptr;
 }
 
 }  // namespace aaadom

@@ -36,48 +36,20 @@ void AppendText(Appender& append, const char* text, const Field& field) noexcept
 
 }  // namespace
 
-void AppendField(Appender& append, const void* record, const Field& field) noexcept {
+void AppendOther(Appender& append, const void* record, const Field& field) noexcept {
     const char* member = static_cast<const char*>(record) + field.offset;
-    switch (field.kind) {
-        case FieldKind::kWord:
-        case FieldKind::kWordWriteOnly:
-        case FieldKind::kRate:
-            append.U32(field.type, Load<uint32_t>(record, field.offset));
-            return;
-        case FieldKind::kHalf:
-            append.U32(field.type, Load<uint16_t>(record, field.offset));
-            return;
-        case FieldKind::kRateScaled:
-            append.U32(field.type, Load<uint32_t>(record, field.offset) << kRateShift);
-            return;
-        case FieldKind::kBlock:
-            append.Raw(field.type, member, field.size);
-            return;
-        case FieldKind::kTextSelected:
-        case FieldKind::kTextOther: {
-            const bool selected = Load<uint16_t>(record, field.selector) == 1;
-            if (*member == '\0' || selected != (field.kind == FieldKind::kTextSelected)) return;
-            AppendText(append, member, field);
-            return;
-        }
-        case FieldKind::kText:
-        case FieldKind::kTextLowerCase:
-            AppendText(append, member, field);
-            return;
+    if (field.kind == FieldKind::kRateScaled) {
+        append.U32(field.type, Load<uint32_t>(record, field.offset) << kRateShift);
+        return;
     }
+    const bool selected = Load<uint16_t>(record, field.selector) == 1;
+    if (*member == '\0' || selected != (field.kind == FieldKind::kTextSelected)) return;
+    AppendText(append, member, field);
 }
 
 uint32_t FieldReader::Read(const Field& field, const TlvItem& item) noexcept {
     char* member = record_ + field.offset;
     switch (field.kind) {
-        case FieldKind::kWord:
-            Store<uint32_t>(record_, field.offset, item.U32());
-            return DOM_OK;
-        case FieldKind::kWordWriteOnly:
-            return DOM_OK;
-        case FieldKind::kHalf:
-            Store<uint16_t>(record_, field.offset, static_cast<uint16_t>(item.U32()));
-            return DOM_OK;
         case FieldKind::kRate:
             for (size_t& seen : unscaled_rates_) {
                 if (seen != 0 && seen != field.offset + 1) continue;
@@ -92,10 +64,6 @@ uint32_t FieldReader::Read(const Field& field, const TlvItem& item) noexcept {
             }
             Store<uint32_t>(record_, field.offset, item.U32() >> kRateShift);
             return DOM_OK;
-        case FieldKind::kBlock:
-            return item.Raw(member, field.size);
-        case FieldKind::kText:
-            return item.Text(member, field.size);
         case FieldKind::kTextLowerCase: {
             const uint32_t result = item.Text(member, field.size);
             if (result == DOM_OK) DOM_ToLowerCaseStr(member);
@@ -107,8 +75,10 @@ uint32_t FieldReader::Read(const Field& field, const TlvItem& item) noexcept {
             Store<uint16_t>(record_, field.selector, selector);
             return item.Text(member, field.size);
         }
+        default:
+            // Written only; the plain kinds are the platform's.
+            return DOM_OK;
     }
-    return DOM_OK;
 }
 
 }  // namespace aaadom

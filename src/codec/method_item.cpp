@@ -8,31 +8,55 @@
 namespace aaadom {
 namespace {
 
-/// An item and the position it carries.
-struct PlacedItem {
-    uint32_t position;
-    MethodEntry item;
-};
-
-constexpr size_t kItem = offsetof(PlacedItem, item);
 constexpr Field kItemFieldList[] = {
-    {DOM_TLV_ITEM_POSITION, FieldKind::kWord, offsetof(PlacedItem, position)},
-    {DOM_TLV_METHOD_TYPE, FieldKind::kWord, kItem + offsetof(MethodEntry, method_kind)},
-    {DOM_TLV_SCHEME_NAME, FieldKind::kText, kItem + offsetof(MethodEntry, scheme_name),
+    {DOM_TLV_ITEM_POSITION, FieldKind::kPosition, 0},
+    {DOM_TLV_METHOD_TYPE, FieldKind::kWord, offsetof(MethodEntry, method_kind)},
+    {DOM_TLV_SCHEME_NAME, FieldKind::kText, offsetof(MethodEntry, scheme_name),
      DOM_SCHEME_NAME_SIZE},
-    {DOM_TLV_SCHEME_INDEX, FieldKind::kWord, kItem + offsetof(MethodEntry, scheme_index)},
+    {DOM_TLV_SCHEME_INDEX, FieldKind::kWord, offsetof(MethodEntry, scheme_index)},
 };
 constexpr FieldTable kItemFields(kItemFieldList);
 
-/// A position outside the list stores nothing; the rest of the message still counts.
-void StoreItem(const MethodEntry& item, uint32_t position, MethodEntry* items) noexcept {
-    if (position < DOM_METHODS) items[position] = item;
+constexpr Field kListFieldList[] = {
+    {DOM_TLV_AAA_TYPE, FieldKind::kWord, offsetof(MethodList, aaa_type)},
+    {DOM_TLV_SERVICE, FieldKind::kWord, offsetof(MethodList, service)},
+};
+constexpr FieldTable kListFields(kListFieldList);
+
+uint32_t AppendItems(TLV_MSG* msg, uint16_t type, const MethodEntry* items,
+                     uint32_t count) noexcept {
+    return AAA_AppendRecords(msg, type, kItemFields.Sent(), kItemFields.Size(), items,
+                             sizeof *items, count);
 }
 
-/// Decodes the item nested in one TLV.
+/// Decodes the item nested in one TLV. It starts empty and at position 0; unknown types are
+/// skipped.
 uint32_t ReadNestedItem(const TlvItem& tlv, MethodEntry& item, uint32_t& position) noexcept {
-    const TlvPtr sub = tlv.Sub();
-    return sub ? DecodeMethodItem(sub.get(), item, position) : DOM_ERR_FAILED;
+    item = MethodEntry{};
+    position = 0;
+    return ReadNestedFields(tlv, &item, kItemFields, &position);
+}
+
+/// A position outside the list stores nothing; the rest of the message still counts.
+uint32_t StoreNestedItem(const TlvItem& tlv, MethodEntry* items) noexcept {
+    MethodEntry item;
+    uint32_t position;
+    const uint32_t result = ReadNestedItem(tlv, item, position);
+    if (result == DOM_OK && position < DOM_METHODS) items[position] = item;
+    return result;
+}
+
+struct ListTarget {
+    MethodList& list;
+    MethodEntry& extra;
+};
+
+uint32_t TakeItem(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) noexcept {
+    const auto& target = *static_cast<ListTarget*>(context);
+    if (type == DOM_TLV_METHOD_ITEM) return StoreNestedItem({msg, it}, target.list.methods);
+    if (type != DOM_TLV_EXTRA_ITEM) return DOM_OK;
+    uint32_t position;
+    return ReadNestedItem({msg, it}, target.extra, position);
 }
 
 }  // namespace
@@ -41,44 +65,18 @@ void MethodListDestroyer::operator()(MethodList* list) const noexcept {
     DOM_DestroyMethodList(list);
 }
 
-TlvPtr EncodeMethodItem(const MethodEntry& item, uint32_t position) noexcept {
-    TlvPtr sub(TLV_Create());
-    if (!sub) return sub;
-    const PlacedItem placed{position, item};
-    Appender append(sub.get());
-    AppendFields(append, &placed, kItemFields);
-    if (append.Failed()) sub.reset();
-    return sub;
-}
-
-uint32_t DecodeMethodItem(TLV_MSG* sub, MethodEntry& item, uint32_t& position) noexcept {
-    PlacedItem placed{};
-    const uint32_t result = ReadFields(sub, &placed, kItemFields);
-    item = placed.item;
-    position = placed.position;
-    return result;
-}
-
 uint32_t EncodeMethodItems(const MethodEntry* items, TLV_MSG* destination) noexcept {
-    for (uint32_t position = 0; position < DOM_METHODS; ++position) {
-        if (items[position].method_kind == METHOD_EMPTY) break;
-        const TlvPtr sub = EncodeMethodItem(items[position], position);
-        if (!sub) return DOM_ERR_FAILED;
-        const uint32_t result = AAA_AppendSubTlv(destination, DOM_TLV_METHOD_ITEM, sub.get());
-        if (result != DOM_OK) return result;
-    }
-    return DOM_OK;
+    uint32_t count = 0;
+    while (count < DOM_METHODS && items[count].method_kind != METHOD_EMPTY) ++count;
+    return AppendItems(destination, DOM_TLV_METHOD_ITEM, items, count);
 }
 
 uint32_t DecodeMethodItems(TLV_MSG* msg, MethodEntry* items) noexcept {
     bool any = false;
     for (TlvItem tlv : TlvWalk(msg)) {
         if (tlv.Type() != DOM_TLV_METHOD_ITEM) continue;
-        MethodEntry item;
-        uint32_t position;
-        const uint32_t result = ReadNestedItem(tlv, item, position);
+        const uint32_t result = StoreNestedItem(tlv, items);
         if (result != DOM_OK) return result;
-        StoreItem(item, position, items);
         any = true;
     }
     return any ? DOM_OK : DOM_ERR_FAILED;
@@ -87,42 +85,26 @@ uint32_t DecodeMethodItems(TLV_MSG* msg, MethodEntry* items) noexcept {
 uint32_t EncodeMethodList(const MethodList& list, const MethodEntry& extra,
                           TLV_MSG* destination) noexcept {
     Appender head(destination);
-    head.U32(DOM_TLV_AAA_TYPE, list.aaa_type).U32(DOM_TLV_SERVICE, list.service);
+    AppendFields(head, &list, kListFields);
     if (head.Failed()) return DOM_ERR_FAILED;
     const uint32_t result = EncodeMethodItems(list.methods, destination);
     if (result != DOM_OK) return result;
-    Appender tail(destination);
-    tail.Sub(DOM_TLV_EXTRA_ITEM, EncodeMethodItem(extra, 0));
-    return tail.Failed() ? DOM_ERR_FAILED : DOM_OK;
+    return AppendItems(destination, DOM_TLV_EXTRA_ITEM, &extra, 1);
 }
 
 uint32_t DecodeMethodList(TLV_MSG* msg, MethodList& list, MethodEntry& extra) noexcept {
     list = MethodList{};
     extra = MethodEntry{};
-    for (TlvItem tlv : TlvWalk(msg)) {
-        uint32_t result = DOM_OK;
-        uint32_t position = 0;
-        MethodEntry item;
-        switch (tlv.Type()) {
-            case DOM_TLV_AAA_TYPE:
-                list.aaa_type = tlv.U32();
-                break;
-            case DOM_TLV_SERVICE:
-                list.service = tlv.U32();
-                break;
-            case DOM_TLV_METHOD_ITEM:
-                result = ReadNestedItem(tlv, item, position);
-                if (result == DOM_OK) StoreItem(item, position, list.methods);
-                break;
-            case DOM_TLV_EXTRA_ITEM:
-                result = ReadNestedItem(tlv, extra, position);
-                break;
-            default:
-                break;
-        }
-        if (result != DOM_OK) return result;
-    }
-    return DOM_OK;
+    if (msg == nullptr) return DOM_OK;
+    ListTarget target{list, extra};
+    return AAA_GetFields(msg, kListFields.Read(), kListFields.ReadCount(), &list, TakeItem,
+                         &target);
+}
+
+uint32_t ReadMethodList(const TlvItem& nested, MethodList& list, MethodEntry& extra) noexcept {
+    ListTarget target{list, extra};
+    return nested.SubFields(kListFields.Read(), kListFields.ReadCount(), &list, nullptr, TakeItem,
+                            &target);
 }
 
 bool IsListPlace(const MethodList& list) noexcept {

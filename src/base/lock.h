@@ -23,6 +23,20 @@
 
 namespace aaadom {
 
+/// Destroys a lock that lives in a structure of the interface. Afterwards it is a lock in its
+/// static initial state, so that a late caller finds a valid one. A lock that is held stays as it
+/// is.
+inline int DestroyToInitial(pthread_mutex_t& mutex) noexcept {
+    const int result = pthread_mutex_destroy(&mutex);
+    if (result == 0) mutex = pthread_mutex_t PTHREAD_MUTEX_INITIALIZER;
+    return result;
+}
+inline int DestroyToInitial(pthread_rwlock_t& lock) noexcept {
+    const int result = pthread_rwlock_destroy(&lock);
+    if (result == 0) lock = pthread_rwlock_t PTHREAD_RWLOCK_INITIALIZER;
+    return result;
+}
+
 /// A non-recursive pthread mutex, usable before Init because its static state is a valid mutex.
 class AAADOM_CAPABILITY("mutex") Mutex {
   public:
@@ -31,7 +45,7 @@ class AAADOM_CAPABILITY("mutex") Mutex {
     Mutex& operator=(const Mutex&) = delete;
 
     int Init() noexcept { return pthread_mutex_init(&mutex_, nullptr); }
-    int Destroy() noexcept { return pthread_mutex_destroy(&mutex_); }
+    int Destroy() noexcept { return DestroyToInitial(mutex_); }
     int Lock() noexcept AAADOM_ACQUIRE() AAADOM_NO_TSA { return pthread_mutex_lock(&mutex_); }
     int Unlock() noexcept AAADOM_RELEASE() AAADOM_NO_TSA { return pthread_mutex_unlock(&mutex_); }
 

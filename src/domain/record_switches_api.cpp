@@ -46,7 +46,7 @@ uint32_t DOM_InitRecordBackupInfo(void) noexcept {
 
 uint32_t DOM_FiniRecordBackupInfo(void) noexcept {
     aaadom::RecordBackupInfo& backup = aaadom::BackupOf(aaadom::CurrentRole());
-    int result = pthread_rwlock_destroy(&backup.lock);
+    int result = aaadom::DestroyToInitial(backup.lock);
     backup.methods = BackupMethods{};
     return static_cast<uint32_t>(result);
 }

@@ -102,7 +102,7 @@ uint32_t InitSwitches(RecordSwitchInfo& info) noexcept {
 }
 
 void FiniSwitches(RecordSwitchInfo& info) noexcept {
-    (void)pthread_rwlock_destroy(&info.lock);
+    (void)DestroyToInitial(info.lock);
     info.switches = RecordSwitches{};
 }
 

@@ -64,7 +64,7 @@ void FiniItaPolicies(Role role) noexcept {
         ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
         DestroyTable(TableOf(role));
     }
-    (void)pthread_mutex_destroy(&g_stDomainItaPolicyTableMutexLock);
+    (void)DestroyToInitial(g_stDomainItaPolicyTableMutexLock);
 }
 
 uint32_t CopyItaMethods(Role role, const char* policy_name,

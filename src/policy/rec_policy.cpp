@@ -47,7 +47,7 @@ void FiniRecPolicies(Role role) noexcept {
         ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
         Destroy(slot);
     }
-    (void)pthread_mutex_destroy(&g_stRecPolicyTypeMutexLock);
+    (void)DestroyToInitial(g_stRecPolicyTypeMutexLock);
 }
 
 }  // namespace aaadom

@@ -58,6 +58,14 @@ class TableLifecycle : public testing::Test {
     }
 };
 
+/// A lock is initialised here while it is held, which is what the operation is for; the thread
+/// sanitizer knows no such use and ends the program.
+#ifdef __SANITIZE_THREAD__
+#define SkipWhereMisuseOfLocksIsReported() GTEST_SKIP() << "reported by the thread sanitizer"
+#else
+#define SkipWhereMisuseOfLocksIsReported() (void)0
+#endif
+
 TEST_F(TableLifecycle, InitBuildsAnEmptyTable) {
     ASSERT_EQ(DOM_DomainInfoTableInit(), 0u);
     EXPECT_TRUE(IsEmpty(Role::kWorking));
@@ -320,6 +328,7 @@ TEST_F(TableLifecycle, ForceInitLockMakesBothWorkingMutexesNew) {
 
 // Both are held here as by a thread that is gone; afterwards both can be locked again.
 TEST_F(TableLifecycle, ForceInitLockFreesMutexesThatNobodyWillRelease) {
+    SkipWhereMisuseOfLocksIsReported();
     ASSERT_EQ(fake::InitBothRoles(), 0u);
     {
         fake::Quiet uncounted;
@@ -335,6 +344,7 @@ TEST_F(TableLifecycle, ForceInitLockFreesMutexesThatNobodyWillRelease) {
 }
 
 TEST_F(TableLifecycle, ForceInitLockReportsOnTheSecondMutexOnly) {
+    SkipWhereMisuseOfLocksIsReported();
     ASSERT_EQ(fake::InitBothRoles(), 0u);
     // A mutex that is locked cannot be destroyed, which makes the two outcomes differ.
     Mutex& table = Domains(Role::kWorking).mutex;

@@ -6,13 +6,16 @@
 
 #include <algorithm>
 #include <cstddef>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "tlv/message.h"
 
 namespace platform {
 
-/// What a field may take beside its `size`: a TLV header, then a number or a text's terminator,
-/// then the rest of the last 8 bytes that are written at once.
+/// What a field may take beside its `size`: a TLV header, then a number or a text's terminator; and
+/// what is overwritten behind it, because 8 bytes are written at once.
 inline constexpr uint32_t kFieldRoom = 24;
 /// Header of a TLV whose value is a nested message, and that message's header.
 inline constexpr uint32_t kNestedHeader = kTlvHeader + kImageHeader;
@@ -38,6 +41,12 @@ inline uint64_t ZeroBytes(uint64_t chunk) noexcept {
     return (chunk - 0x0101010101010101u) & ~chunk & 0x8080808080808080u;
 }
 
+#if defined(__SSE2__)
+/// From byte 16 - n on: n bytes to keep, then bytes to clear.
+inline constexpr uint8_t kKeptBytes[32] = {255, 255, 255, 255, 255, 255, 255, 255,
+                                           255, 255, 255, 255, 255, 255, 255, 255};
+#endif
+
 /// Type and length; writes two bytes more, which the value then covers.
 inline void PutTlvHeader(uint8_t* at, uint16_t type, uint32_t length) noexcept {
     StoreLittleEndian<uint64_t>(at, type | uint64_t{length} << 16);
@@ -47,6 +56,14 @@ inline void PutTlvHeader(uint8_t* at, uint16_t type, uint32_t length) noexcept {
 /// written.
 inline uint32_t PutText(uint8_t* to, const uint8_t* text, uint32_t size) noexcept {
     uint32_t done = 0;
+#if defined(__SSE2__)
+    for (; done + sizeof(__m128i) <= size; done += sizeof(__m128i)) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + done));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + done), chunk);
+        const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(chunk, _mm_setzero_si128()));
+        if (zeros != 0) return done + static_cast<uint32_t>(__builtin_ctz(zeros));
+    }
+#endif
     for (; done + sizeof(uint64_t) <= size; done += sizeof(uint64_t)) {
         const auto chunk = LoadLittleEndian<uint64_t>(text + done);
         StoreLittleEndian(to + done, chunk);
@@ -58,45 +75,40 @@ inline uint32_t PutText(uint8_t* to, const uint8_t* text, uint32_t size) noexcep
     return done;
 }
 
-/// Writes the TLVs of a structure; their end, or null when the room up to `limit` may not do.
-inline uint8_t* PutFields(uint8_t* at, const uint8_t* limit, const FieldTable& table,
-                          const uint8_t* record, uint32_t position) noexcept {
-    for (const AAA_FIELD* field = table.begin; field != table.end; ++field) {
-        if (limit - at < static_cast<ptrdiff_t>(kFieldRoom + field->size)) [[unlikely]] {
-            return nullptr;
+inline uint8_t* PutWord(uint8_t* at, uint16_t type, uint32_t word) noexcept {
+    PutTlvHeader(at, type, sizeof word);
+    StoreLittleEndian(at + kTlvHeader, word);
+    return at + kTlvHeader + sizeof word;
+}
+
+/// Writes the TLVs of a structure, for which there is room; their end.
+inline uint8_t* PutFields(uint8_t* at, const FieldTable& table, const uint8_t* record,
+                          uint32_t position) noexcept {
+    for (const AAA_FIELD* each = table.begin; each != table.end; ++each) {
+        const AAA_FIELD field = *each;
+        const uint8_t* member = record + field.offset;
+        if (field.kind == AAA_FIELD_WORD) {
+            uint32_t word;
+            std::memcpy(&word, member, sizeof word);
+            at = PutWord(at, field.type, word);
+        } else if (field.kind == AAA_FIELD_TEXT) {
+            uint8_t* value = at + kTlvHeader;
+            const uint32_t length = PutText(value, member, field.size) + 1;
+            // The value is there already, so the header is written exactly.
+            StoreLittleEndian<uint16_t>(at, field.type);
+            StoreLittleEndian<uint32_t>(at + kTlvLengthAt, length);
+            at = value + length;
+        } else if (field.kind == AAA_FIELD_POSITION) {
+            at = PutWord(at, field.type, position);
+        } else if (field.kind == AAA_FIELD_HALF) {
+            uint16_t half;
+            std::memcpy(&half, member, sizeof half);
+            at = PutWord(at, field.type, half);
+        } else {
+            PutTlvHeader(at, field.type, field.size);
+            std::memcpy(at + kTlvHeader, member, field.size);
+            at += kTlvHeader + field.size;
         }
-        const uint8_t* member = record + field->offset;
-        uint8_t* value = at + kTlvHeader;
-        uint32_t number = position;
-        switch (field->kind) {
-            case AAA_FIELD_TEXT: {
-                const uint32_t length = PutText(value, member, field->size) + 1;
-                // The value's first bytes are there already, so the header is exact here.
-                StoreLittleEndian<uint16_t>(at, field->type);
-                StoreLittleEndian<uint32_t>(at + kTlvLengthAt, length);
-                at = value + length;
-                continue;
-            }
-            case AAA_FIELD_BLOCK:
-                PutTlvHeader(at, field->type, field->size);
-                std::memcpy(value, member, field->size);
-                at = value + field->size;
-                continue;
-            case AAA_FIELD_WORD:
-                std::memcpy(&number, member, sizeof number);
-                break;
-            case AAA_FIELD_HALF: {
-                uint16_t half;
-                std::memcpy(&half, member, sizeof half);
-                number = half;
-                break;
-            }
-            default:
-                break;
-        }
-        PutTlvHeader(at, field->type, sizeof number);
-        StoreLittleEndian(value, number);
-        at = value + sizeof number;
     }
     return at;
 }
@@ -106,6 +118,19 @@ inline uint8_t* PutFields(uint8_t* at, const uint8_t* limit, const FieldTable& t
 inline void TakeText(char* to, uint32_t capacity, const uint8_t* value, uint32_t length,
                      const uint8_t* end) noexcept {
     uint32_t left = std::min(length, capacity - 1);
+#if defined(__SSE2__)
+    // A text that ends within 16 bytes: everything behind its end is cleared.
+    if (left < sizeof(__m128i) && capacity >= sizeof(__m128i) &&
+        end - value >= static_cast<ptrdiff_t>(sizeof(__m128i))) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(value));
+        const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(chunk, _mm_setzero_si128()));
+        const int text = __builtin_ctz(static_cast<unsigned>(zeros) | 1u << left);
+        const __m128i mask =
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(kKeptBytes + sizeof chunk - text));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_and_si128(chunk, mask));
+        return;
+    }
+#endif
     while (capacity >= sizeof(uint64_t) &&
            end - value >= static_cast<ptrdiff_t>(sizeof(uint64_t))) {
         auto chunk = LoadLittleEndian<uint64_t>(value);
@@ -127,31 +152,82 @@ inline void TakeText(char* to, uint32_t capacity, const uint8_t* value, uint32_t
     *to = '\0';
 }
 
-/// Where the TLVs to be read are.
+/// The TLV at `at`; false when it does not end at or before `end`.
+inline TlvAt TlvWithin(const uint8_t* at, const uint8_t* end) noexcept {
+    if (end - at < static_cast<ptrdiff_t>(kTlvHeader)) return {};
+    const auto length = LoadLittleEndian<uint32_t>(at + kTlvLengthAt);
+    if (length > static_cast<uint64_t>(end - at) - kTlvHeader) return {};
+    return {at, length};
+}
+
+/// Stores one TLV in its member, whatever its length. Bytes up to `end` are readable.
+void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uint8_t* record,
+               uint32_t* position) noexcept;
+
+/// The TLVs to be read: all between `begin` and `end`, in bytes of `msg`.
 struct Body {
     TLV_MSG* msg;
     const uint8_t* begin;
     const uint8_t* end;
 };
 
+struct NoOtherTlvs {
+    static constexpr uint32_t Take(uint16_t, TLV_MSG*, TLV_ITER*) noexcept { return kOk; }
+};
+
 struct OtherTlvs {
     AAA_OTHER_FN take;
     void* context;
+
+    uint32_t Take(uint16_t type, TLV_MSG* msg, TLV_ITER* it) const noexcept {
+        return take(context, type, msg, it);
+    }
 };
 
-/// Reads the TLVs of a body; fails when they do not walk exactly to its end.
+/// Reads the TLVs of a body; fails when they do not walk exactly to its end. Without other TLVs to
+/// be told it makes no call on its usual way.
+template <typename Others>
 inline uint32_t TakeFields(const Body& body, const FieldTable& table, uint8_t* record,
-                           uint32_t* position, const OtherTlvs& other) noexcept {
-    uint32_t result = kOk;
+                           uint32_t* position, const Others& others) noexcept {
+    constexpr ptrdiff_t kHeader = kTlvHeader;
+    constexpr ptrdiff_t kWord = sizeof(uint32_t);
+    const uint8_t* at = body.begin;
+    const uint8_t* const end = body.end;
     const AAA_FIELD* next = table.begin;
-    uint32_t last_other = UINT32_MAX;  // no type yet
-    const uint8_t* end = body.end;
-    for (const uint8_t* at = body.begin; at != end;) {
-        if (end - at < static_cast<ptrdiff_t>(kTlvHeader)) return PLATFORM_FAILED;
-        const auto type = LoadLittleEndian<uint16_t>(at);
-        const auto length = LoadLittleEndian<uint32_t>(at + kTlvLengthAt);
-        const uint8_t* value = at + kTlvHeader;
-        if (length > static_cast<uint64_t>(end - value)) return PLATFORM_FAILED;
+    uint32_t last_other = UINT32_MAX;  // a type that no field has; no type yet
+    uint32_t result = kOk;
+    while (at != end) {
+        // The usual TLV is the next field, a number of exactly its length or a text.
+        const ptrdiff_t rest = end - at;
+        if (rest >= kHeader + kWord && next != table.end) [[likely]] {
+            const auto header = LoadLittleEndian<uint64_t>(at);
+            const auto length = static_cast<uint32_t>(header >> 16);
+            const AAA_FIELD field = *next;
+            const uint8_t* value = at + kHeader;
+            if (static_cast<uint16_t>(header) == field.type) [[likely]] {
+                if (field.kind == AAA_FIELD_TEXT && length <= rest - kHeader) {
+                    TakeText(reinterpret_cast<char*>(record + field.offset), field.size, value,
+                             length, end);
+                    at = value + length;
+                    ++next;
+                    continue;
+                }
+                if (length == kWord &&
+                    (field.kind == AAA_FIELD_WORD ||
+                     (field.kind == AAA_FIELD_POSITION && position != nullptr))) {
+                    const auto number = LoadLittleEndian<uint32_t>(value);
+                    void* to = field.kind == AAA_FIELD_WORD ? record + field.offset
+                                                            : static_cast<void*>(position);
+                    std::memcpy(to, &number, sizeof number);
+                    at = value + kWord;
+                    ++next;
+                    continue;
+                }
+            }
+        }
+        const TlvAt tlv = TlvWithin(at, end);
+        if (!tlv) return PLATFORM_FAILED;
+        const uint16_t type = tlv.Type();
         if (next == table.end || next->type != type) {
             const AAA_FIELD* found = table.end;
             if (type != last_other) {
@@ -160,33 +236,14 @@ inline uint32_t TakeFields(const Body& body, const FieldTable& table, uint8_t* r
             }
             if (found == table.end) {
                 last_other = type;
-                if (other.take != nullptr) {
-                    result |= other.take(other.context, type, body.msg, IterAt(at));
-                }
-                at = value + length;
+                result |= others.Take(type, body.msg, IterAt(at));
+                at = tlv.Value() + tlv.length;
                 continue;
             }
             next = found;
         }
-        const AAA_FIELD& field = *next++;
-        uint8_t* member = record + field.offset;
-        if (field.kind == AAA_FIELD_TEXT) {
-            TakeText(reinterpret_cast<char*>(member), field.size, value, length, end);
-        } else if (field.kind == AAA_FIELD_BLOCK) {
-            std::memcpy(member, value, std::min<uint32_t>(length, field.size));
-        } else {
-            const uint32_t number =
-                length < sizeof(uint32_t) ? 0 : LoadLittleEndian<uint32_t>(value);
-            if (field.kind == AAA_FIELD_WORD) {
-                std::memcpy(member, &number, sizeof number);
-            } else if (field.kind == AAA_FIELD_HALF) {
-                const auto half = static_cast<uint16_t>(number);
-                std::memcpy(member, &half, sizeof half);
-            } else if (position != nullptr) {
-                *position = number;
-            }
-        }
-        at = value + length;
+        TakeField(*next++, tlv, end, record, position);
+        at = tlv.Value() + tlv.length;
     }
     return result;
 }

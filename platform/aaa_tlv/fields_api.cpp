@@ -3,20 +3,59 @@
 
 using namespace platform;
 
+namespace platform {
+
+void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uint8_t* record,
+               uint32_t* position) noexcept {
+    uint8_t* member = record + field.offset;
+    const uint32_t number =
+        tlv.length < sizeof(uint32_t) ? 0 : LoadLittleEndian<uint32_t>(tlv.Value());
+    const auto half = static_cast<uint16_t>(number);
+    switch (field.kind) {
+        case AAA_FIELD_WORD:
+            std::memcpy(member, &number, sizeof number);
+            return;
+        case AAA_FIELD_HALF:
+            std::memcpy(member, &half, sizeof half);
+            return;
+        case AAA_FIELD_TEXT:
+            TakeText(reinterpret_cast<char*>(member), field.size, tlv.Value(), tlv.length, end);
+            return;
+        case AAA_FIELD_BLOCK:
+            std::memcpy(member, tlv.Value(), std::min<uint32_t>(tlv.length, field.size));
+            return;
+        default:
+            if (position != nullptr) *position = number;
+            return;
+    }
+}
+
+}  // namespace platform
+
 namespace {
+
+uint32_t ReadBody(const Body& body, const FieldTable& table, void* record, uint32_t* position,
+                  const OtherTlvs& others) noexcept {
+    auto* bytes = static_cast<uint8_t*>(record);
+    if (others.take == nullptr) return TakeFields(body, table, bytes, position, NoOtherTlvs());
+    return TakeFields(body, table, bytes, position, others);
+}
 
 void SetEnd(TLV_MSG* msg, const uint8_t* end) noexcept {
     msg->length = static_cast<uint32_t>(end - msg->image);
     SetImageLength(msg->image, msg->length);
 }
 
-/// Writes one structure as a nested message; its end, or null when the room may not do.
-uint8_t* PutRecord(uint8_t* at, const uint8_t* limit, uint16_t type, const FieldTable& table,
-                   const uint8_t* record, uint32_t position) noexcept {
-    if (limit - at < static_cast<ptrdiff_t>(kNestedHeader)) return nullptr;
+/// Makes room for `room` more bytes. Nearly always there is; where growing fails there is not.
+inline bool MakeRoom(TLV_MSG* msg, uint64_t room) noexcept {
+    return msg->length + room <= msg->capacity || Reserve(msg, msg->length + room);
+}
+
+/// Writes one structure as a nested message, for which there is room; its end.
+inline uint8_t* PutRecord(uint8_t* at, uint16_t type, const FieldTable& table,
+                          const uint8_t* record, uint32_t position) noexcept {
     uint8_t* image = at + kTlvHeader;
-    uint8_t* end = PutFields(image + kImageHeader, limit, table, record, position);
-    if (end == nullptr) return nullptr;
+    uint8_t* end = PutFields(image + kImageHeader, table, record, position);
     const auto length = static_cast<uint32_t>(end - image);
     PutTlvHeader(at, type, length);
     StoreLittleEndian<uint64_t>(image, kImageStart | uint64_t{length - kImageHeader} << 32);
@@ -33,13 +72,8 @@ uint32_t AAA_AppendFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count,
         return PLATFORM_FAILED;
     }
     const FieldTable table(fields, count);
-    const auto* bytes = static_cast<const uint8_t*>(record);
-    uint8_t* end = PutFields(msg->image + msg->length, msg->image + msg->capacity, table, bytes, 0);
-    if (end == nullptr) {
-        if (!Reserve(msg, msg->length + table.Room())) return PLATFORM_FAILED;
-        end = PutFields(msg->image + msg->length, msg->image + msg->capacity, table, bytes, 0);
-    }
-    SetEnd(msg, end);
+    if (!MakeRoom(msg, table.Room())) return PLATFORM_FAILED;
+    SetEnd(msg, PutFields(msg->image + msg->length, table, static_cast<const uint8_t*>(record), 0));
     return kOk;
 }
 
@@ -50,18 +84,11 @@ uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields,
     }
     const FieldTable table(fields, count);
     const auto* record = static_cast<const uint8_t*>(first);
-    uint8_t* at = msg->image + msg->length;
+    const uint64_t room = kNestedHeader + table.Room();
     for (uint32_t position = 0; position < records; ++position, record += stride) {
-        uint8_t* end = PutRecord(at, msg->image + msg->capacity, type, table, record, position);
-        if (end == nullptr) {
-            if (position != 0) SetEnd(msg, at);
-            if (!Reserve(msg, msg->length + kNestedHeader + table.Room())) return PLATFORM_FAILED;
-            end = PutRecord(msg->image + msg->length, msg->image + msg->capacity, type, table,
-                            record, position);
-        }
-        at = end;
+        if (!MakeRoom(msg, room)) return PLATFORM_FAILED;
+        SetEnd(msg, PutRecord(msg->image + msg->length, type, table, record, position));
     }
-    if (records != 0) SetEnd(msg, at);
     return kOk;
 }
 
@@ -96,8 +123,7 @@ uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, vo
         return PLATFORM_FAILED;
     }
     const Body body{msg, msg->image + kImageHeader, msg->image + msg->length};
-    return TakeFields(body, FieldTable(fields, count), static_cast<uint8_t*>(record), nullptr,
-                      {other, context});
+    return ReadBody(body, FieldTable(fields, count), record, nullptr, {other, context});
 }
 
 uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
@@ -111,8 +137,7 @@ uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, u
         return PLATFORM_FAILED;
     }
     const Body body{msg, tlv.Value() + kImageHeader, tlv.Value() + tlv.length};
-    return TakeFields(body, FieldTable(fields, count), static_cast<uint8_t*>(record), position,
-                      {other, context});
+    return ReadBody(body, FieldTable(fields, count), record, position, {other, context});
 }
 
 }  // extern "C"

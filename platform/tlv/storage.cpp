@@ -29,7 +29,7 @@ __thread ThreadPool thread_pool __attribute__((tls_model("initial-exec")));
 namespace {
 
 /// Sizes of the two kinds of pooled blocks: a domain with its lists, and the largest stored value.
-constexpr uint32_t kSmallRoom = 8 * 1024;
+constexpr uint32_t kSmallRoom = 16 * 1024;
 constexpr uint32_t kLargeRoom = 64 * 1024;
 
 enum PoolState : uint32_t {

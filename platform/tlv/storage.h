@@ -38,7 +38,7 @@ namespace platform {
 
 static_assert(sizeof(TLV_MSG) <= kMessageSize + sizeof(void*));
 
-/// What a thread keeps for its next messages. At most 32 KiB of messages and 160 KiB of blocks.
+/// What a thread keeps for its next messages. At most 32 KiB of messages and 192 KiB of blocks.
 struct ThreadPool {
     static constexpr uint32_t kMessages = 16;
     static constexpr uint32_t kSmallBlocks = 4;

@@ -2,6 +2,7 @@
 #include <platform/aaa_tlv.h>
 #include <platform/stlv.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <string>
 
@@ -173,6 +174,61 @@ TEST_F(FakeMessages, CompactItemsHaveAFourByteHeader) {
     EXPECT_EQ(7u, STLV_Get(buffer, 7, &type, &length, &value));
     EXPECT_EQ(buffer + 4, value);
     EXPECT_EQ(0u, STLV_Get(buffer, 6, &type, &length, &value));
+}
+
+struct Pair {
+    uint32_t number;
+    char text[4];
+};
+const AAA_FIELD kPairFields[] = {{9, AAA_FIELD_POSITION, 0, 0},
+                                 {1, AAA_FIELD_WORD, offsetof(Pair, number), 0},
+                                 {2, AAA_FIELD_TEXT, offsetof(Pair, text), 4}};
+
+TEST_F(FakeMessages, StructuresComeBack) {
+    const Pair pairs[2] = {{1, "one"}, {2, {'f', 'o', 'u', 'r'}}};
+    TLV_MSG* msg = TLV_Create();
+    EXPECT_EQ(0u, AAA_AppendFields(msg, kPairFields, 3, &pairs[0]));
+    EXPECT_EQ(0u, AAA_AppendRecords(msg, 5, kPairFields, 3, pairs, sizeof *pairs, 2));
+    Pair read{};
+    EXPECT_EQ(0u, AAA_GetFields(msg, kPairFields, 3, &read, nullptr, nullptr));
+    EXPECT_STREQ("one", read.text);
+    TLV_ITER* last = TLV_GetNext(msg, TLV_GetIteratorByType(msg, 5));
+    uint32_t position = 0;
+    EXPECT_EQ(0u, AAA_GetSubFields(msg, last, kPairFields, 3, &read, &position, nullptr, nullptr));
+    EXPECT_EQ(1u, position);
+    EXPECT_STREQ("fou", read.text);
+    TLV_Destroy(msg);
+}
+
+TEST_F(FakeMessages, EveryTlvOfACombinedCallIsOneAppend) {
+    const Pair pair{1, "one"};
+    for (int n = 1; n <= 4; ++n) {
+        TLV_MSG* msg = TLV_Create();
+        fake::FailAppend(n);
+        EXPECT_NE(0u, AAA_AppendRecords(msg, 5, kPairFields, 3, &pair, sizeof pair, 1)) << n;
+        EXPECT_TRUE(fake::Tripped()) << n;
+        EXPECT_EQ(nullptr, TLV_GetFirst(msg)) << n;
+        fake::FailAppend(n);
+        EXPECT_EQ(n <= 3, AAA_AppendFields(msg, kPairFields, 3, &pair) != 0) << n;
+        fake::DisarmFailures();
+        TLV_Destroy(msg);
+    }
+}
+
+TEST_F(FakeMessages, NestedMessageInPlaceIsOneAppend) {
+    TLV_MSG* msg = TLV_Create();
+    uint32_t mark = 0;
+    EXPECT_EQ(0u, AAA_BeginSubTlv(msg, 3, &mark));
+    EXPECT_EQ(0u, AAA_AppendUINTTlvData(msg, 1, 7));
+    fake::FailAppend(1);
+    EXPECT_NE(0u, AAA_EndSubTlv(msg, mark));
+    fake::DisarmFailures();
+    EXPECT_EQ(0u, AAA_EndSubTlv(msg, mark));
+    EXPECT_EQ(nullptr, TLV_GetNext(msg, TLV_GetFirst(msg)));
+    TLV_MSG* sub = AAA_GetSubTlv(msg, TLV_GetFirst(msg));
+    EXPECT_EQ(7u, AAA_GetUINTTlvValue(sub, TLV_GetFirst(sub)));
+    TLV_Destroy(sub);
+    TLV_Destroy(msg);
 }
 
 }  // namespace

@@ -159,17 +159,14 @@ template <size_t N>
                          &others);
 }
 
-/// The same for a nested message, which is read in place. A malformed one fails, with `record` and
-/// `position` undefined.
+/// The same for a nested message, which is read in place. A malformed one fails, with `record`
+/// undefined.
 template <size_t N>
 [[nodiscard]] uint32_t ReadNestedFields(const TlvItem& nested, void* record,
-                                        const FieldTable<N>& table,
-                                        uint32_t* position = nullptr) noexcept {
+                                        const FieldTable<N>& table) noexcept {
     OtherFields<N> others{table, FieldReader(record)};
-    // A table that is read by the platform alone has nothing to be called for.
-    const bool plain = table.ReadCount() == N;
-    return nested.SubFields(table.Read(), table.ReadCount(), record, position,
-                            plain ? nullptr : OtherFields<N>::Take, &others);
+    return nested.SubFields(table.Read(), table.ReadCount(), record, nullptr, OtherFields<N>::Take,
+                            &others);
 }
 
 }  // namespace aaadom

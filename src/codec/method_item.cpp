@@ -29,12 +29,17 @@ uint32_t AppendItems(TLV_MSG* msg, uint16_t type, const MethodEntry* items,
                              sizeof *items, count);
 }
 
+static_assert(kItemFields.ReadCount() == kItemFields.Size());
+uint32_t ReadFreshItem(const TlvItem& tlv, MethodEntry& item, uint32_t& position) noexcept {
+    return tlv.SubFields(kItemFields.Read(), kItemFields.ReadCount(), &item, &position);
+}
+
 /// Decodes the item nested in one TLV. It starts empty and at position 0; unknown types are
 /// skipped.
 uint32_t ReadNestedItem(const TlvItem& tlv, MethodEntry& item, uint32_t& position) noexcept {
     item = MethodEntry{};
     position = 0;
-    return ReadNestedFields(tlv, &item, kItemFields, &position);
+    return ReadFreshItem(tlv, item, position);
 }
 
 /// A position outside the list stores nothing; the rest of the message still counts.
@@ -46,14 +51,36 @@ uint32_t StoreNestedItem(const TlvItem& tlv, MethodEntry* items) noexcept {
     return result;
 }
 
+/// A list that is being read and was empty before.
 struct ListTarget {
     MethodList& list;
     MethodEntry& extra;
+    /// The position that comes next as long as items come in order; nothing is stored from here on.
+    uint32_t next = 0;
 };
 
+/// Items usually come in order, so each is read where it belongs and moved only when it turns out
+/// to belong elsewhere.
+uint32_t TakeListItem(const TlvItem& tlv, ListTarget& target) noexcept {
+    MethodEntry* items = target.list.methods;
+    if (target.next == DOM_METHODS) return StoreNestedItem(tlv, items);
+    uint32_t position = 0;
+    MethodEntry& place = items[target.next];
+    const uint32_t result = ReadFreshItem(tlv, place, position);
+    if (position == target.next) {
+        ++target.next;
+        return result;
+    }
+    const MethodEntry item = place;
+    place = MethodEntry{};
+    target.next = DOM_METHODS;
+    if (position < DOM_METHODS) items[position] = item;
+    return result;
+}
+
 uint32_t TakeItem(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) noexcept {
-    const auto& target = *static_cast<ListTarget*>(context);
-    if (type == DOM_TLV_METHOD_ITEM) return StoreNestedItem({msg, it}, target.list.methods);
+    auto& target = *static_cast<ListTarget*>(context);
+    if (type == DOM_TLV_METHOD_ITEM) return TakeListItem({msg, it}, target);
     if (type != DOM_TLV_EXTRA_ITEM) return DOM_OK;
     uint32_t position;
     return ReadNestedItem({msg, it}, target.extra, position);
@@ -105,10 +132,6 @@ uint32_t ReadMethodList(const TlvItem& nested, MethodList& list, MethodEntry& ex
     ListTarget target{list, extra};
     return nested.SubFields(kListFields.Read(), kListFields.ReadCount(), &list, nullptr, TakeItem,
                             &target);
-}
-
-bool IsListPlace(const MethodList& list) noexcept {
-    return list.aaa_type < DOM_AAA_TYPES && list.service < DOM_SERVICES;
 }
 
 }  // namespace aaadom

@@ -32,6 +32,8 @@ using MethodListPtr = std::unique_ptr<MethodList, MethodListDestroyer>;
 [[nodiscard]] uint32_t ReadMethodList(const TlvItem& nested, MethodList& list,
                                       MethodEntry& extra) noexcept;
 /// Whether the list's row and column lie inside the grid of a domain.
-bool IsListPlace(const MethodList& list) noexcept;
+inline bool IsListPlace(const MethodList& list) noexcept {
+    return list.aaa_type < DOM_AAA_TYPES && list.service < DOM_SERVICES;
+}
 
 }  // namespace aaadom

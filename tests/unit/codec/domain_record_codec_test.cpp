@@ -288,6 +288,32 @@ TEST_F(DomainRecord, ExtraItemOfEveryRowCounts) {
     EXPECT_STREQ(Decode(msg)->service_extras[3].scheme_name, "row4");
 }
 
+// Items in order are read where they belong; these must be moved there.
+TEST_F(DomainRecord, ListItemsOutOfOrderAreStoredAtTheirPositions) {
+    const std::vector<std::vector<uint32_t>> orders = {
+        {2},       {1, 0}, {0, 2, 1},          {0, 9, 1},
+        {0, 1, 1}, {0, 0}, {5, 4, 3, 2, 1, 0}, {0, 1, 2, 3, 4, 5, 0}};
+    for (const auto& order : orders) {
+        Message list;
+        list.U32(DOM_TLV_AAA_TYPE, 0).U32(DOM_TLV_SERVICE, 1);
+        MethodList want{};
+        want.service = 1;
+        uint32_t kind = 1;
+        for (uint32_t position : order) {
+            const std::string name = "scheme" + std::to_string(kind);
+            list.Sub(DOM_TLV_METHOD_ITEM, Item(position, kind, name.c_str()));
+            if (position < DOM_METHODS) want.methods[position] = Entry(kind, name.c_str());
+            ++kind;
+        }
+        Message msg(DOM_MSG_DOMAIN);
+        msg.Sub(DOM_TLV_METHOD_LIST, list);
+        const DomainPtr decoded = Decode(msg);
+        ASSERT_NE(decoded, nullptr);
+        EXPECT_EQ(memcmp(decoded->method_lists[0][1], &want, sizeof want), 0)
+            << testing::PrintToString(order);
+    }
+}
+
 TEST_F(DomainRecord, ItemPositionOutsideAListStoresNothing) {
     Message list;
     list.U32(DOM_TLV_AAA_TYPE, 0)

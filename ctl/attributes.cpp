@@ -2,6 +2,7 @@
 
 #include <aaadom/domain.h>
 #include <arpa/inet.h>
+#include <strings.h>
 
 #include <cstring>
 
@@ -11,7 +12,7 @@
 namespace aaactl {
 namespace {
 
-enum class FieldKind { kU32, kI32, kU16, kU8, kText, kAddress };
+enum class FieldKind { kU32, kI32, kSelector, kText, kAddress };
 
 struct Field {
     uint32_t kind;
@@ -64,7 +65,7 @@ constexpr Field kFields[] = {
     AAACTL_FIELD(24, "word", kU32, kind24_word),
     AAACTL_FIELD(25, "profile", kText, author_profile_name),
     AAACTL_FIELD(26, "text", kText, kind26_text),
-    AAACTL_FIELD(26, "selector", kU16, kind26_selector),
+    AAACTL_FIELD(26, "selector", kSelector, kind26_selector),
 };
 
 struct KindName {
@@ -123,10 +124,8 @@ Json FieldToJson(const AuthorAttr& attributes, const Field& field) {
             return Load<uint32_t>(bytes);
         case FieldKind::kI32:
             return Load<int32_t>(bytes);
-        case FieldKind::kU16:
+        case FieldKind::kSelector:
             return Load<uint16_t>(bytes);
-        case FieldKind::kU8:
-            return Load<uint8_t>(bytes);
         case FieldKind::kText:
             return std::string(bytes, strnlen(bytes, field.size));
         case FieldKind::kAddress:
@@ -156,7 +155,8 @@ void SetField(AuthorAttr& attributes, const Field& field, const std::string& wor
         const uint32_t value = ParseNumber(what, word, INT32_MAX);
         memcpy(bytes, &value, sizeof value);
     } else {
-        const uint32_t maximum = field.size == 4 ? UINT32_MAX : (1u << (8 * field.size)) - 1;
+        // The only field of two bytes chooses between two forms of its text.
+        const uint32_t maximum = field.type == FieldKind::kU32 ? UINT32_MAX : 1;
         const uint32_t value = ParseNumber(what, word, maximum);
         memcpy(bytes, &value, field.size);  // little-endian, like every number on the wire
     }
@@ -235,6 +235,21 @@ uint32_t ParseKind(const std::string& word) {
         if (word == name.name) return name.kind;
     }
     return ParseNumber("attribute kind", word, DOM_ATTR_KINDS - 1);
+}
+
+void SendAttribute(Client& client, const std::string& domain, uint32_t kind,
+                   const AuthorAttr& current, const AuthorAttr& wanted) {
+    const AuthorAttr defaults = DefaultAttributes();
+    const bool back = SameKind(wanted, defaults, kind);
+    // The daemon takes a change of letter case alone for no change in these two texts.
+    const bool case_only = (kind == 2 && strcasecmp(current.kind2_text, wanted.kind2_text) == 0) ||
+                           (kind == 4 && strcasecmp(current.kind4_text, wanted.kind4_text) == 0);
+    if (!back && case_only && !SameKind(current, wanted, kind)) {
+        client.ChangeDomain(domain, DOM_EncodeAuthorAttr(kind, domain.c_str(), &defaults),
+                            DOM_OP_DELETE);
+    }
+    client.ChangeDomain(domain, DOM_EncodeAuthorAttr(kind, domain.c_str(), &wanted),
+                        back ? DOM_OP_DELETE : DOM_OP_SET);
 }
 
 std::string DescribeKinds() {

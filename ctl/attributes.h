@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "client.h"
 #include "output.h"
 
 namespace aaactl {
@@ -24,6 +25,10 @@ AuthorAttr DefaultAttributes();
 
 /// A number 0 to 26, or the name of a kind that has one.
 uint32_t ParseKind(const std::string& word);
+/// Sends an attribute of `kind` to a domain that holds `current`.
+void SendAttribute(Client& client, const std::string& domain, uint32_t kind,
+                   const AuthorAttr& current, const AuthorAttr& wanted);
+
 /// One line a kind: number, name and fields.
 std::string DescribeKinds();
 

@@ -3,6 +3,7 @@
 #include <aaadom/aaad_results.h>
 #include <platform/lipc.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace aaactl {
@@ -12,6 +13,35 @@ std::string Hex(uint32_t code) {
     char text[16];
     snprintf(text, sizeof text, code > 255 ? "0x%08X" : "%u", code);
     return text;
+}
+
+/// The library's texts end there.
+void RefuseZeroByte(const std::string& object, const std::string& text) {
+    if (text.find('\0') == std::string::npos) return;
+    RefuseUsage(object, "it holds a zero byte", "Give a text without one");
+}
+
+/// Why no answer came, found out by connecting once more.
+std::string WhyUnreachable(const std::string& run_dir, uint32_t timeout) {
+    const int fd = LIPC_Socket(DOM_LIPC_FAMILY, DOM_LIPC_TYPE, DOM_LIPC_PROTOCOL);
+    const LIPC_ADDRESS address{
+        DOM_LIPC_ADDR_LEN, DOM_LIPC_FAMILY, DOM_LIPC_ENDPOINT, DOM_LIPC_SUB_ENDPOINT, {}};
+    const int error = fd >= 0 && LIPC_Connect(fd, &address, sizeof address) == 0 ? 0 : errno;
+    LIPC_Close(fd);
+    switch (error) {
+        case ENOENT:
+            return "there is no request socket in " + run_dir;
+        case ECONNREFUSED:
+            return "nobody serves the request socket in " + run_dir;
+        case EACCES:
+            return "the request socket in " + run_dir + " may not be used by this user";
+        case 0:
+        case EAGAIN:
+        case EINTR:
+            return "no answer within " + std::to_string(timeout) + " ms in " + run_dir;
+        default:
+            return "the request socket in " + run_dir + ": " + strerror(error);
+    }
 }
 
 }  // namespace
@@ -24,6 +54,7 @@ void CheckDomainName(const std::string& name) {
         RefuseUsage(object, "it has " + std::to_string(name.size()) + " characters, 255 fit",
                     "Choose a shorter name");
     }
+    RefuseZeroByte(object, name);
     if (DOM_CheckDomainName(name.c_str()) != DOM_OK) {
         RefuseUsage(object, "it holds one of \\ / : * ? \" < > | @",
                     "Choose a name without these characters");
@@ -31,6 +62,7 @@ void CheckDomainName(const std::string& name) {
 }
 
 void CheckFits(const std::string& what, const std::string& text, size_t capacity) {
+    RefuseZeroByte(what + " \"" + text + "\"", text);
     if (text.size() < capacity) return;
     RefuseUsage(what + " \"" + text + "\"",
                 "it has " + std::to_string(text.size()) + " characters, " +
@@ -50,8 +82,11 @@ Failure Refused(const std::string& object, uint32_t code) {
                 kExitRefused, object, "the daemon could not save the change and has undone it",
                 "See the daemon's log; make room on the disk of its state directory", code);
         default:
-            return Failure(kExitRefused, object, "the daemon refused (result " + Hex(code) + ")",
-                           "See the daemon's log for the reason", code);
+            return Failure(kExitRefused, object,
+                           "the daemon does not take this value (result " + Hex(code) + ")",
+                           "Compare with aaactl domain show and aaactl global show, and see the "
+                           "results in aaad(8)",
+                           code);
     }
 }
 
@@ -64,6 +99,7 @@ void Client::SetRunDir(const std::string& directory) {
 }
 
 void Client::SetTimeout(uint32_t milliseconds) {
+    timeout_ = milliseconds;
     (void)LIPC_SetWaitLimit(milliseconds);
 }
 
@@ -75,9 +111,11 @@ Message Client::Send(TLV_MSG* request, uint32_t operation, uint16_t* kind) {
     }
     Message reply(DOM_lipc_SendCfgMsg(owned.get(), operation, kind));
     if (!reply) {
-        throw Failure(kExitUnreachable, "daemon", "no answer on " + run_dir_,
-                      "Check that aaad runs (systemctl status aaad), that --run-dir is its run "
-                      "directory and that --timeout leaves it time");
+        const bool change = operation == DOM_OP_SET || operation == DOM_OP_DELETE;
+        throw Failure(kExitUnreachable, "daemon", WhyUnreachable(run_dir_, timeout_),
+                      std::string("Check that aaad runs (systemctl status aaad), that --run-dir is "
+                                  "its run directory and that --timeout leaves it time") +
+                          (change ? "; then look whether the change was made" : ""));
     }
     return reply;
 }

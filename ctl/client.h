@@ -57,6 +57,7 @@ class Client {
     Message NeedData(const std::string& what, TLV_MSG* request);
 
     std::string run_dir_ = "/run/aaad";
+    uint32_t timeout_ = 10000;
 };
 
 /// Refuses a name that the library would cut or the daemon would not create.

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <map>
 #include <new>
+#include <sstream>
 
 #include "command.h"
 
@@ -68,9 +69,20 @@ Failure WrongUsage(const CLI::App& root, const CLI::ParseError& error) {
     }
     const std::vector<std::string> rest = root.remaining(true);
     return Failure(
-        kExitUsage, path,
+        kExitUsage, object,
         rest.empty() ? "a command is missing" : "there is no command \"" + rest.front() + "\"",
         "The commands are " + known);
+}
+
+/// Help or version.
+int Answer(const CLI::App& root, const CLI::Success& asked, Output& output) {
+    std::ostringstream text;
+    const int exit_code = root.exit(asked, text, text);
+    std::string shown = text.str();
+    while (!shown.empty() && shown.back() == '\n') shown.pop_back();
+    output.Line(shown);
+    output.Result({{"text", shown}});
+    return exit_code;
 }
 
 /// Asked for before the arguments are parsed, because wrong arguments are answered in JSON, too.
@@ -117,9 +129,10 @@ int Main(int argc, char** argv) {
         const CLI::App* app = &root;
         while (!app->get_subcommands().empty()) app = app->get_subcommands().front();
         by_app.at(app)->Run(context);
+        Output::Finish();
         return kExitDone;
     } catch (const CLI::Success& help) {
-        return root.exit(help);
+        return Answer(root, help, context.output);
     } catch (const CLI::ParseError& error) {
         context.output.Error(WrongUsage(root, error));
         return kExitUsage;

@@ -1,6 +1,7 @@
 #include "model.h"
 
 #include <cstring>
+#include <set>
 
 #include "attributes.h"
 #include "names.h"
@@ -75,6 +76,7 @@ void RefuseUnknown(const Json& document, const std::string& object,
 }
 
 void MethodsFromJson(const Json& document, DomainInfo& domain) {
+    std::set<std::pair<uint32_t, uint32_t>> given;
     const Json lists = Member<Json>(document, "methods", Json::array(), &Json::is_array, "list");
     for (const Json& item : lists) {
         if (!item.is_object()) RefuseUsage("methods", "an entry is no object", "Mend the file");
@@ -88,6 +90,10 @@ void MethodsFromJson(const Json& document, DomainInfo& domain) {
             methods.push_back(word.get<std::string>());
         }
         MethodList*& place = domain.method_lists[type][service];
+        if (!given.insert({type, service}).second) {
+            RefuseUsage("methods of " + AaaTypeName(type) + ", service " + ServiceName(service),
+                        "they are given twice for one domain", "Remove one of the entries");
+        }
         if (place == nullptr) place = DOM_CreateMethodList();
         if (place == nullptr) {
             throw Failure(kExitRefused, "methods", "out of memory", "Free memory and try again");
@@ -99,6 +105,13 @@ void MethodsFromJson(const Json& document, DomainInfo& domain) {
 }
 
 }  // namespace
+
+std::string FoldedName(std::string name) {
+    for (char& c : name) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return name;
+}
 
 Json DomainToJson(const DomainInfo& domain) {
     Json document{{"name", Text(domain.name)},
@@ -216,7 +229,14 @@ void CheckConfig(const Json& document) {
         RefuseUsage("configuration", "it holds " + std::to_string(domains.size()) + " domains",
                     "The daemon takes at most " + std::to_string(DOM_MAX_DOMAINS));
     }
-    for (const Json& domain : domains) (void)DomainFromJson(domain);
+    std::set<std::string> names;
+    for (const Json& domain : domains) {
+        const std::string name = DomainFromJson(domain)->name;
+        if (!names.insert(FoldedName(name)).second) {
+            RefuseUsage("domain \"" + name + "\"", "the file holds it twice (case does not count)",
+                        "Remove one of its entries");
+        }
+    }
 }
 
 namespace {
@@ -234,7 +254,7 @@ Json Keyed(const Json& config) {
             methods[key] = item;
         }
         domain["methods"] = methods;
-        const std::string name = domain.at("name").get<std::string>();
+        const std::string name = FoldedName(domain.at("name").get<std::string>());
         domain.erase("name");
         keyed["domains"][name] = domain;
     }
@@ -336,16 +356,9 @@ void ApplyDomain(Client& client, const DomainInfo& current, const DomainInfo& wa
                             DOM_OP_SET);
     }
     ApplyMethods(client, name, current, wanted);
-    const AuthorAttr defaults = DefaultAttributes();
     for (uint32_t kind = 0; kind < DOM_ATTR_KINDS; ++kind) {
         if (SameKind(current.author_attr, wanted.author_attr, kind)) continue;
-        const bool back = SameKind(wanted.author_attr, defaults, kind);
-        // The daemon takes a change of letter case alone for no change in these two texts.
-        if (!back && (kind == 2 || kind == 4)) {
-            client.ChangeDomain(name, DOM_EncodeAuthorAttr(kind, text, &defaults), DOM_OP_DELETE);
-        }
-        client.ChangeDomain(name, DOM_EncodeAuthorAttr(kind, text, &wanted.author_attr),
-                            back ? DOM_OP_DELETE : DOM_OP_SET);
+        SendAttribute(client, name, kind, current.author_attr, wanted.author_attr);
     }
 }
 

@@ -8,6 +8,9 @@ namespace aaactl {
 
 inline constexpr int kConfigVersion = 1;
 
+/// Names that differ in letter case alone name one domain; their common form.
+std::string FoldedName(std::string name);
+
 Json DomainToJson(const DomainInfo& domain);
 /// Checks a document completely; the record is a new domain with the document's settings.
 DomainPtr DomainFromJson(const Json& document);

@@ -47,8 +47,11 @@ bool TakesScheme(uint32_t kind) {
 uint32_t ParseNumber(const std::string& what, const std::string& word, uint32_t maximum) {
     char* end = nullptr;
     errno = 0;
-    const unsigned long long number = strtoull(word.c_str(), &end, 0);
-    if (word.empty() || word[0] == '-' || *end != '\0' || errno != 0 || number > maximum) {
+    // Leading zeros do not make a number octal, and a sign or a blank makes it none.
+    const bool hexadecimal = word.size() > 2 && word[0] == '0' && (word[1] | 0x20) == 'x';
+    const unsigned long long number = strtoull(word.c_str(), &end, hexadecimal ? 16 : 10);
+    const bool begins = !word.empty() && word[0] >= '0' && word[0] <= '9';
+    if (!begins || end != word.c_str() + word.size() || errno != 0 || number > maximum) {
         RefuseUsage(what + " \"" + word + "\"",
                     "it is no number from 0 to " + std::to_string(maximum),
                     "Give a decimal number, or a hexadecimal one with 0x");

@@ -2,7 +2,11 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+
+#include "texts.h"
 
 namespace aaactl {
 namespace {
@@ -13,13 +17,18 @@ void Print(FILE* stream, const std::string& text) {
 }
 
 std::string Dump(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+    return ToJsonTexts(json).dump(2);
 }
 
 }  // namespace
 
 void Output::Line(const std::string& text) {
-    if (!json_) Print(stdout, text);
+    if (json_) return;
+    size_t begin = 0;
+    for (size_t end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1) {
+        Print(stdout, Printable(text.substr(begin, end - begin)));
+    }
+    Print(stdout, Printable(text.substr(begin)));
 }
 
 void Output::Result(const Json& result) {
@@ -28,7 +37,7 @@ void Output::Result(const Json& result) {
 
 void Output::Error(const Failure& failure) {
     if (!json_) {
-        Print(stderr, std::string("aaactl: ") + failure.what());
+        Print(stderr, Printable(std::string("aaactl: ") + failure.what()));
         return;
     }
     Json error{{"exit_code", static_cast<int>(failure.exit_code)},
@@ -45,18 +54,12 @@ void Output::Progress(const std::string& what, size_t done, size_t total) {
     fflush(stderr);
 }
 
-std::string Printable(const std::string& text) {
-    std::string shown;
-    for (unsigned char c : text) {
-        if (c >= 0x20 && c != 0x7F) {
-            shown += static_cast<char>(c);
-        } else {
-            char escaped[5];
-            snprintf(escaped, sizeof escaped, "\\x%02x", c);
-            shown += escaped;
-        }
-    }
-    return shown;
+void Output::Finish() {
+    errno = 0;
+    if (fflush(stdout) == 0 && ferror(stdout) == 0) return;
+    const std::string reason = errno != 0 ? strerror(errno) : "it was not written completely";
+    throw Failure(kExitRefused, "standard output", reason,
+                  "The command itself is done; write its answer where there is room");
 }
 
 }  // namespace aaactl

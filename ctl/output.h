@@ -15,7 +15,8 @@ class Output {
     void UseJson(bool json) { json_ = json; }
     bool IsJson() const { return json_; }
 
-    /// A line for people; programs do not see it.
+    /// A line for people; programs do not see it. Lines of `text` are kept, other control
+    /// characters are not.
     void Line(const std::string& text);
     /// The answer for programs: {"ok": true, "result": ...}. Print once, at the end.
     void Result(const Json& result);
@@ -23,13 +24,11 @@ class Output {
     void Error(const Failure& failure);
     /// Progress of long work: on standard error when it is a terminal.
     void Progress(const std::string& what, size_t done, size_t total);
+    /// Throws when standard output did not take everything, e.g. because its disk is full.
+    static void Finish();
 
   private:
     bool json_ = false;
 };
-
-/// Texts from the network may hold any bytes; JSON and terminals take UTF-8 without control
-/// characters.
-std::string Printable(const std::string& text);
 
 }  // namespace aaactl

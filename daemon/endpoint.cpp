@@ -53,8 +53,12 @@ Message ResultBody(uint32_t result) {
 Endpoint::Endpoint(int epoll_fd, const std::string& run_dir) : epoll_fd_(epoll_fd) {
     server_fd_ = LIPC_ServerOpen(DOM_LIPC_ENDPOINT, DOM_LIPC_SUB_ENDPOINT, kSocketMode);
     if (server_fd_ < 0) {
-        throw Failure("request socket below " + run_dir, strerror(errno),
-                      "Make the directory writable for the daemon's user; see who else serves it");
+        const int error = errno;
+        const char* way_out = error == EADDRINUSE ? "Stop the process that serves it"
+                              : error == EEXIST
+                                  ? "Move the file away that has the socket's name"
+                                  : "Make the directory writable for the daemon's user";
+        throw Failure("request socket below " + run_dir, strerror(error), way_out);
     }
     epoll_event event{};
     event.events = EPOLLIN;

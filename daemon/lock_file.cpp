@@ -13,6 +13,8 @@
 namespace aaad {
 namespace {
 
+constexpr mode_t kOwnerOnly = 0600;
+
 std::string HolderOf(int fd) {
     char text[32] = {};
     const ssize_t length = pread(fd, text, sizeof text - 1, 0);
@@ -39,8 +41,13 @@ void MakeDirectory(const std::string& path, unsigned mode) {
 
 LockFile::LockFile(const std::string& directory) {
     const std::string path = directory + "/aaad.lock";
-    fd_ = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
-    if (fd_ < 0) {
+    // Whoever can open the file, for reading only even, could take the lock and keep the daemon
+    // from starting.
+    fd_ = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly);
+    if (fd_ < 0 || fchmod(fd_, kOwnerOnly) != 0) {
+        const int error = errno;
+        if (fd_ >= 0) close(fd_);
+        errno = error;
         throw Failure("lock file " + path, strerror(errno),
                       "Make the directory writable for the daemon's user");
     }

@@ -3,9 +3,14 @@
 #include <aaadom/aaad_results.h>
 #include <aaadom/codes.h>
 #include <aaadom/domain.h>
+#include <aaadom/domain_table.h>
+#include <aaadom/settings.h>
 #include <platform/aaa_tlv.h>
+#include <strings.h>
 
 #include <cstring>
+
+#include "table_lock.h"
 
 namespace aaad {
 namespace {
@@ -30,6 +35,32 @@ bool IsTooLong(const NameBuffer& name) {
     return strlen(name) >= DOM_NAME_SIZE;
 }
 
+/// The spelling under which the calling role holds a domain; false when it holds none.
+bool StoredSpelling(const char* name, NameBuffer& stored) {
+    const TableLock lock;
+    const DomainInfo* record = DOM_FindDomainByName(name);
+    if (record == nullptr) return false;
+    memcpy(stored, record->name, sizeof record->name);
+    stored[DOM_NAME_SIZE] = '\0';
+    return true;
+}
+
+/// A reference may spell its domain in other letters than the domain itself: looking it up ignores
+/// case, the library's own deletion check does not.
+uint32_t CheckReferencesInOtherSpelling(const char* name) {
+    GlobalDomain global{};
+    DOM_GetGlobalDomainName(&global);
+    if (strcasecmp(global.default_domain, name) == 0) return DOM_DELCHK_DEFAULT;
+    const TableLock lock;
+    for (const DomainInfo* domain = DOM_NetConfGetFirstDomain(); domain != nullptr;
+         domain = DOM_NetConfGetNextDomain(domain->name)) {
+        if (strcasecmp(domain->auth_rd_fail_permit_domain, name) == 0) return DOM_DELCHK_PERMIT;
+        if (strcasecmp(domain->escape_recover.domain_name, name) == 0) return DOM_DELCHK_ESCAPE;
+        if (strcasecmp(domain->auth_fail_domain, name) == 0) return DOM_DELCHK_AUTHFAIL;
+    }
+    return DOM_DELCHK_OK;
+}
+
 }  // namespace
 
 uint32_t CheckNewDomain(TLV_MSG* body, uint32_t) {
@@ -47,8 +78,12 @@ uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation) {
     NameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
-    if (IsTooLong(name)) return DOM_DELCHK_NO_DOMAIN;
-    return DOM_DelDomainCheck(name);
+    NameBuffer stored;
+    if (IsTooLong(name) || !StoredSpelling(name, stored)) return DOM_DELCHK_NO_DOMAIN;
+    // The deletion finds the domain in any spelling, so the stored one is judged: "SYSTEM" is as
+    // protected as "system".
+    const uint32_t reason = DOM_DelDomainCheck(stored);
+    return reason != DOM_DELCHK_OK ? reason : CheckReferencesInOtherSpelling(stored);
 }
 
 uint32_t CheckExistingDomain(TLV_MSG* body, uint32_t operation) {

@@ -10,8 +10,8 @@ namespace aaad {
 /// A domain that the change may create: its name is not empty, not too long and of allowed
 /// characters.
 uint32_t CheckNewDomain(TLV_MSG* body, uint32_t operation);
-/// Set: as CheckNewDomain. Delete: the domain exists and nothing refers to it; else the library's
-/// reason, 1 to 6.
+/// Set: as CheckNewDomain. Delete: the domain exists and nothing refers to it, in whatever letter
+/// case either is spelled; else the library's reason, 1 to 6.
 uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation);
 /// A setting of a domain: there is such a domain. Some of the library's settings ignore an unknown
 /// one and would find out only when it cannot be saved.

@@ -12,6 +12,8 @@
 #include <memory>
 #include <new>
 
+#include "table_lock.h"
+
 namespace aaad {
 namespace {
 
@@ -19,14 +21,6 @@ struct DomainDestroyer {
     void operator()(DomainInfo* record) const noexcept { DOM_DestroyDomain(record); }
 };
 using DomainPtr = std::unique_ptr<DomainInfo, DomainDestroyer>;
-
-class TableLock {
-  public:
-    TableLock() { (void)DOM_DomainInfoTableLock(); }  // a default mutex fails only when misused
-    ~TableLock() { (void)DOM_DomainInfoTableUnlock(); }
-    TableLock(const TableLock&) = delete;
-    TableLock& operator=(const TableLock&) = delete;
-};
 
 /// Puts a record into the first empty slot. The table owns it on success.
 bool Add(DomainPtr& record) {

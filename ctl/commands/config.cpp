@@ -1,5 +1,11 @@
 // config export, import, diff
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -9,6 +15,7 @@
 #include "../command.h"
 #include "../model.h"
 #include "../names.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
@@ -22,14 +29,17 @@ std::string ReadAll(std::istream& stream) {
 /// A checked configuration from a file, or from standard input for "-".
 Json LoadConfig(const std::string& path) {
     std::string text;
+    errno = 0;
     if (path == "-") {
         text = ReadAll(std::cin);
     } else {
         std::ifstream file(path);
-        if (!file) {
-            RefuseUsage("file \"" + path + "\"", strerror(errno), "Give a file that can be read");
+        if (file) text = ReadAll(file);
+        // A directory opens like a file and fails when it is read.
+        if (!file.is_open() || text.empty()) {
+            RefuseUsage("file \"" + path + "\"", errno != 0 ? strerror(errno) : "it is empty",
+                        "Give a file that aaactl config export wrote");
         }
-        text = ReadAll(file);
     }
     Json document;
     try {
@@ -39,18 +49,75 @@ Json LoadConfig(const std::string& path) {
                     "it is no JSON, byte " + std::to_string(error.byte) + " cannot be read",
                     "Give a file that aaactl config export wrote");
     }
+    document = FromJsonTexts(document);
     CheckConfig(document);
     return document;
 }
 
-/// The document with every setting that it leaves out at its initial value.
-Json Completed(const Json& document) {
-    Json complete = document;
+/// What an import of the document would make of the running configuration: settings of the device
+/// that it leaves out stay, those of a domain are at their initial value.
+Json Completed(const Json& document, const Json& running) {
+    Json complete = running;
+    for (const auto& [name, value] : document.items()) {
+        if (name == "session_limits") {
+            complete[name].update(value);
+        } else {
+            complete[name] = value;
+        }
+    }
     complete["domains"] = Json::array();
     for (const Json& domain : document.value("domains", Json::array())) {
         complete["domains"].push_back(DomainToJson(*DomainFromJson(domain)));
     }
     return complete;
+}
+
+[[noreturn]] void RefuseFile(const std::string& path, int error) {
+    RefuseUsage("file \"" + path + "\"", strerror(error),
+                "Give a file that can be written, on a disk with room");
+}
+
+void WriteAll(const std::string& path, int flags, const std::string& text) {
+    const int fd = open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, 0644);
+    if (fd < 0) RefuseFile(path, errno);
+    size_t written = 0;
+    int error = 0;
+    while (error == 0 && written < text.size()) {
+        const ssize_t count = write(fd, text.data() + written, text.size() - written);
+        if (count > 0) {
+            written += static_cast<size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            error = count == 0 ? ENOSPC : errno;
+        }
+    }
+    // Pipes and terminals cannot be synced and need not be.
+    if (error == 0 && fsync(fd) != 0 && errno != EINVAL && errno != EROFS) error = errno;
+    if (close(fd) != 0 && error == 0) error = errno;
+    if (error != 0) RefuseFile(path, error);
+}
+
+/// An older file of that name stays as it is until the new one is complete.
+void WriteFile(const std::string& path, const std::string& text) {
+    struct stat status {};
+    const bool exists = lstat(path.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode)) {
+        WriteAll(path, O_TRUNC, text);
+        return;
+    }
+    const std::string unfinished = path + ".unfinished";
+    (void)unlink(unfinished.c_str());
+    try {
+        WriteAll(unfinished, O_CREAT | O_EXCL | O_NOFOLLOW, text);
+    } catch (const Failure&) {
+        (void)unlink(unfinished.c_str());
+        throw;
+    }
+    if (exists) (void)chmod(unfinished.c_str(), status.st_mode & 07777);
+    if (rename(unfinished.c_str(), path.c_str()) != 0) {
+        const int error = errno;
+        (void)unlink(unfinished.c_str());
+        RefuseFile(path, error);
+    }
 }
 
 class Export : public Command {
@@ -61,23 +128,18 @@ class Export : public Command {
     }
     void Run(Context& context) override {
         const Json config = ReadConfig(context.client);
-        const std::string text = config.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+        const std::string text = ToJsonTexts(config).dump(2) + "\n";
         if (path_.empty() || path_ == "-") {
             if (context.output.IsJson()) {
                 context.output.Result(config);
             } else {
-                std::cout << text << std::flush;
+                fwrite(text.data(), 1, text.size(), stdout);
             }
             return;
         }
-        std::ofstream file(path_, std::ios::trunc);
-        file << text << std::flush;
-        if (!file) {
-            RefuseUsage("file \"" + path_ + "\"", strerror(errno),
-                        "Give a file that can be written");
-        }
+        WriteFile(path_, text);
         const size_t count = config.at("domains").size();
-        context.output.Line(std::to_string(count) + " domains are written to " + path_);
+        context.output.Line(std::to_string(count) + " domains are written to " + Printable(path_));
         context.output.Result({{"file", path_}, {"domains", count}});
     }
 
@@ -92,13 +154,15 @@ class Diff : public Command {
         app.add_option("file", path_, "A file that config export wrote, or -")->required();
     }
     void Run(Context& context) override {
-        const Json wanted = Completed(LoadConfig(path_));
+        const Json document = LoadConfig(path_);
         const Json running = ReadConfig(context.client);
+        const Json wanted = Completed(document, running);
         Json differences = Json::array();
         for (const Difference& difference : Compare(running, wanted)) {
             const auto shown = [](const Json& value) {
                 if (value.is_null()) return std::string("nothing");
-                return value.is_object() ? std::string("present") : Printable(value.dump());
+                return value.is_object() ? std::string("present")
+                                         : Printable(ToJsonTexts(value).dump());
             };
             context.output.Line(Printable(difference.path) + ": running " + shown(difference.here) +
                                 ", file " + shown(difference.there));
@@ -125,12 +189,40 @@ class Import : public Command {
     void Run(Context& context) override {
         const Json wanted = LoadConfig(path_);
         Client& client = context.client;
-        const std::vector<DomainPtr> before = client.DomainsByName();
-        std::set<std::string> kept;
         std::vector<DomainPtr> domains;
+        std::set<std::string> kept = {DOM_SYSTEM_DOMAIN};
         for (const Json& domain : wanted.value("domains", Json::array())) {
             domains.push_back(DomainFromJson(domain));
-            kept.insert(domains.back()->name);
+            kept.insert(FoldedName(domains.back()->name));
+        }
+        std::vector<DomainPtr> running = client.DomainsByName();
+        std::vector<DomainPtr> doomed;
+        size_t after = kept.size();
+        for (DomainPtr& domain : running) {
+            if (kept.count(FoldedName(domain->name)) != 0) continue;
+            if (replace_) {
+                doomed.push_back(std::move(domain));
+            } else {
+                ++after;
+            }
+        }
+        // Everything that can be known is refused before the first change.
+        if (after > DOM_MAX_DOMAINS) {
+            throw Failure(kExitRefused, "configuration",
+                          "with the domains of the file there would be " + std::to_string(after) +
+                              ", and the daemon takes " + std::to_string(DOM_MAX_DOMAINS),
+                          "Delete domains that are no longer used, or give --replace");
+        }
+        CheckDeviceNames(wanted, kept, running);
+
+        // When the table has no room for both, the domains that go have to go first.
+        const bool full = after + doomed.size() > DOM_MAX_DOMAINS;
+        if (full) {
+            Demand(client, "default domain", DOM_EncodeDefaultDomain("", 0), DOM_OP_DELETE);
+            for (const DomainPtr& domain : running) {
+                if (domain) ForgetReferences(client, *domain, doomed);
+            }
+            DeleteAll(client, doomed);
         }
         // References between domains are set last, so that no order of the file matters to a
         // reader, and deletions come after them, because a named domain may not be deleted.
@@ -149,30 +241,74 @@ class Import : public Command {
             context.output.Progress("config import", ++done, total);
         }
         ImportGlobal(client, wanted);
-        size_t deleted = 0;
-        if (replace_) {
-            for (const DomainPtr& domain : before) {
-                const std::string name = domain->name;
-                if (kept.count(name) != 0 || name == DOM_SYSTEM_DOMAIN) continue;
-                const uint32_t result =
-                    client.Change(DOM_EncodeDomainName(name.c_str()), DOM_OP_DELETE);
-                if (result != DOM_OK) {
-                    throw Failure(kExitRefused, "domain \"" + name + "\"",
-                                  "the file does not hold it and the daemon keeps it",
-                                  "See why with: aaactl domain delete " + name, result);
-                }
-                ++deleted;
-            }
-        }
+        if (!full) DeleteAll(client, doomed);
         context.output.Line(std::to_string(domains.size()) + " domains are imported, " +
-                            std::to_string(deleted) + " deleted");
-        context.output.Result({{"imported", domains.size()}, {"deleted", deleted}});
+                            std::to_string(doomed.size()) + " deleted");
+        context.output.Result({{"imported", domains.size()}, {"deleted", doomed.size()}});
     }
 
   private:
     static void Demand(Client& client, const char* object, TLV_MSG* request, uint32_t operation) {
         const uint32_t result = client.Change(request, operation);
         if (result != DOM_OK) throw Refused(object, result);
+    }
+
+    /// The daemon would take a default domain that does not exist.
+    static void CheckDeviceNames(const Json& wanted, const std::set<std::string>& kept,
+                                 const std::vector<DomainPtr>& running) {
+        for (const char* setting : {"default_domain", "unknown_domain"}) {
+            if (!wanted.contains(setting)) continue;
+            const std::string name = wanted.at(setting).get<std::string>();
+            bool exists = name.empty() || kept.count(FoldedName(name)) != 0;
+            for (const DomainPtr& domain : running) {
+                exists = exists || (domain && FoldedName(name) == FoldedName(domain->name));
+            }
+            if (!exists) {
+                RefuseUsage("setting \"" + std::string(setting) + "\"",
+                            "there will be no domain \"" + name + "\"",
+                            "Name a domain of the file");
+            }
+        }
+    }
+
+    static bool Names(const char* reference, const std::vector<DomainPtr>& doomed) {
+        for (const DomainPtr& domain : doomed) {
+            if (strcasecmp(reference, domain->name) == 0) return true;
+        }
+        return false;
+    }
+
+    /// Takes the references away that keep one of `doomed` from being deleted.
+    static void ForgetReferences(Client& client, const DomainInfo& domain,
+                                 const std::vector<DomainPtr>& doomed) {
+        const std::string name = domain.name;
+        if (Names(domain.auth_rd_fail_permit_domain, doomed)) {
+            client.ChangeDomain(name, DOM_EncodeAuthRdFailPermitDomain(domain.name, "", 0),
+                                DOM_OP_DELETE);
+        }
+        if (Names(domain.escape_recover.domain_name, doomed)) {
+            client.ChangeDomain(name, DOM_EncodeAuthenEscapeRecover(domain.name, 0, "", 0, 0),
+                                DOM_OP_DELETE);
+        }
+        if (Names(domain.auth_fail_domain, doomed)) {
+            client.ChangeDomain(
+                name, DOM_EncodeAuthFailDomain(domain.name, "", 0, domain.auth_fail_domain_kind),
+                DOM_OP_SET);
+        }
+    }
+
+    /// They may name each other, in a circle even.
+    static void DeleteAll(Client& client, const std::vector<DomainPtr>& doomed) {
+        for (const DomainPtr& domain : doomed) ForgetReferences(client, *domain, doomed);
+        for (const DomainPtr& domain : doomed) {
+            const std::string name = domain->name;
+            const uint32_t result =
+                client.Change(DOM_EncodeDomainName(name.c_str()), DOM_OP_DELETE);
+            if (result == DOM_OK || result == DOM_DELCHK_NO_DOMAIN) continue;
+            throw Failure(kExitRefused, "domain \"" + name + "\"",
+                          "the file does not hold it and the daemon keeps it",
+                          "See why with: aaactl domain delete " + name, result);
+        }
     }
 
     static void ImportGlobal(Client& client, const Json& wanted) {

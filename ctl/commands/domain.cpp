@@ -1,13 +1,16 @@
 // domain create, delete, show, list, count
+#include <strings.h>
+
 #include "../command.h"
 #include "../model.h"
 #include "../names.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
 
 std::string Named(const std::string& name) {
-    return "domain \"" + name + "\"";
+    return "domain \"" + Printable(name) + "\"";
 }
 
 class Create : public Command {
@@ -42,7 +45,7 @@ std::string Referrer(Client& client, const std::string& name, uint32_t reason) {
         const char* reference = reason == DOM_DELCHK_PERMIT   ? domain->auth_rd_fail_permit_domain
                                 : reason == DOM_DELCHK_ESCAPE ? domain->escape_recover.domain_name
                                                               : domain->auth_fail_domain;
-        if (name == reference) return Printable(domain->name);
+        if (strcasecmp(name.c_str(), reference) == 0) return Printable(domain->name);
     }
     return "another domain";
 }

@@ -1,6 +1,7 @@
 // domain set attribute, domain unset attribute
 #include "../attributes.h"
 #include "../command.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
@@ -24,16 +25,25 @@ class Attribute : public Command {
     void Run(Context& context) override {
         CheckFits("domain name", name_, DOM_NAME_SIZE);
         const uint32_t kind = ParseKind(kind_);
-        AuthorAttr attributes = DefaultAttributes();
+        AuthorAttr wanted = DefaultAttributes();
+        if (sets_) SetFieldsFromWords(wanted, kind, fields_);  // refuse before asking the daemon
+        const AuthorAttr current = context.client.NeedDomain(name_)->author_attr;
         if (sets_) {
-            SetFieldsFromWords(attributes, kind, fields_);  // refuse before asking the daemon
-            attributes = context.client.NeedDomain(name_)->author_attr;
-            SetFieldsFromWords(attributes, kind, fields_);
+            wanted = current;
+            SetFieldsFromWords(wanted, kind, fields_);
         }
-        context.client.ChangeDomain(name_, DOM_EncodeAuthorAttr(kind, name_.c_str(), &attributes),
-                                    sets_ ? DOM_OP_SET : DOM_OP_DELETE);
-        context.output.Line("domain \"" + name_ + "\": attribute " + std::to_string(kind) +
-                            (sets_ ? " is set" : " is back to its initial value"));
+        SendAttribute(context.client, name_, kind, current, wanted);
+        // The daemon keeps some texts in another form than they were given.
+        const AuthorAttr attributes = context.client.NeedDomain(name_)->author_attr;
+        std::string kept;
+        if (sets_ && !SameKind(attributes, wanted, kind)) {
+            const Json kinds = AttributesToJson(attributes);
+            kept = ", and the daemon keeps it as " +
+                   kinds.value(std::to_string(kind), Json::object()).dump();
+        }
+        context.output.Line("domain \"" + Printable(name_) + "\": attribute " +
+                            std::to_string(kind) +
+                            (sets_ ? " is set" : " is back to its initial value") + kept);
         context.output.Result(
             {{"domain", name_}, {"kind", kind}, {"attributes", AttributesToJson(attributes)}});
     }

@@ -1,6 +1,7 @@
 // domain set methods, domain unset methods
 #include "../command.h"
 #include "../names.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
@@ -34,9 +35,9 @@ class SetMethods : public Command {
         }
         context.client.ChangeDomain(name_, DOM_EncodeMethList(name_.c_str(), &list, &extra),
                                     DOM_OP_SET);
-        std::string line = "domain \"" + name_ + "\": methods of " + type_ + ", service " +
-                           ServiceName(list.service) + " are";
-        for (const std::string& method : methods_) line += " " + method;
+        std::string line = "domain \"" + Printable(name_) + "\": methods of " + type_ +
+                           ", service " + ServiceName(list.service) + " are";
+        for (const std::string& method : methods_) line += " " + Printable(method);
         context.output.Line(line);
         context.output.Result({{"domain", name_},
                                {"type", type_},
@@ -96,7 +97,7 @@ class UnsetMethods : public Command {
         context.client.ChangeDomain(name_, DOM_EncodeMethList(name_.c_str(), &list, &extra),
                                     DOM_OP_DELETE);
         context.output.Line(
-            "domain \"" + name_ + "\": " + what +
+            "domain \"" + Printable(name_) + "\": " + what +
             (list.service == DOM_DEFAULT_SERVICE ? " are local again" : " are removed"));
         context.output.Result(
             {{"domain", name_}, {"type", type_}, {"service", ServiceName(list.service)}});

@@ -1,6 +1,7 @@
 // domain set and unset: one setting each
 #include "../command.h"
 #include "../names.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
@@ -16,7 +17,7 @@ class DomainCommand : public Command {
     void Run(Context& context) override {
         CheckFits("domain name", name_, DOM_NAME_SIZE);
         Change(context.client);
-        context.output.Line("domain \"" + name_ + "\": " + Done());
+        context.output.Line("domain \"" + Printable(name_) + "\": " + Printable(Done()));
         context.output.Result({{"domain", name_}, {"done", Done()}});
     }
 

@@ -1,6 +1,7 @@
 // global show, set, unset; debug
 #include "../command.h"
 #include "../names.h"
+#include "../texts.h"
 
 namespace aaactl {
 namespace {
@@ -55,7 +56,8 @@ class NameSetting : public Command {
                            : DOM_EncodeUnknownDomain(name_.c_str()),
                sets_ ? DOM_OP_SET : DOM_OP_DELETE);
         const std::string now = sets_ ? name_ : is_default_ ? DOM_SYSTEM_DOMAIN : "";
-        context.output.Line(what + (now.empty() ? " is taken away" : " is \"" + now + "\""));
+        context.output.Line(what +
+                            (now.empty() ? " is taken away" : " is \"" + Printable(now) + "\""));
         context.output.Result({{is_default_ ? "default_domain" : "unknown_domain", now}});
     }
 

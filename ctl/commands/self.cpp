@@ -41,15 +41,25 @@ class Completion : public Command {
         }
         std::string script =
             "_aaactl() {\n"
-            "    local words=\"${COMP_WORDS[*]:1:COMP_CWORD-1}\"\n"
-            "    local current=\"${COMP_WORDS[COMP_CWORD]}\" choices=\"\"\n"
+            "    local words=\"\" word current=\"${COMP_WORDS[COMP_CWORD]}\" choices=\"\"\n"
+            "    local skip=0\n"
+            "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+            "        if [ $skip = 1 ]; then skip=0; continue; fi\n"
+            "        case \"$word\" in\n"
+            "            --timeout|--run-dir) skip=1 ;;\n"
+            "            -*) ;;\n"
+            "            *) words=\"${words:+$words }$word\" ;;\n"
+            "        esac\n"
+            "    done\n"
             "    case \"$words\" in\n";
         for (const auto& [prefix, words] : next) {
             script += "        \"" + prefix + "\") choices=\"" +
                       Joined({words.begin(), words.end()}) + "\" ;;\n";
         }
         script +=
-            "        *) choices=\"--help --json\" ;;\n"
+            "    esac\n"
+            "    case \"$current\" in\n"
+            "        -*) choices=\"--help --json --timeout --run-dir\" ;;\n"
             "    esac\n"
             "    COMPREPLY=($(compgen -W \"$choices\" -- \"$current\"))\n"
             "}\n"
@@ -83,7 +93,17 @@ class Manual : public Command {
         std::string page =
             ".TH AAACTL 8\n.SH NAME\naaactl \\- configure the AAA daemon's ISP domains\n"
             ".SH SYNOPSIS\n.B aaactl\nOBJECT VERB [ARGUMENTS] [\\-\\-json] [\\-\\-timeout MS] "
-            "[\\-\\-run\\-dir DIR]\n.SH COMMANDS\n";
+            "[\\-\\-run\\-dir DIR]\n.SH OPTIONS\n"
+            ".TP\n.B \\-\\-json\nAnswer in JSON, errors included: {\"ok\": true, \"result\": ...} "
+            "or "
+            "{\"ok\": false, \"error\": {\"exit_code\", \"object\", \"reason\", \"way_out\", "
+            "\"code\"}}. "
+            "A byte B of a text that is no UTF\\-8 is the character U+F700 + B there and in "
+            "exported files.\n"
+            ".TP\n.BI \\-\\-timeout \" MS\"\nWait at most so long for each answer, 10000 when not "
+            "given.\n"
+            ".TP\n.BI \\-\\-run\\-dir \" DIR\"\nThe daemon's run directory, /run/aaad when not "
+            "given.\n.SH COMMANDS\n";
         for (const auto& command : AllCommands()) {
             CLI::App app;
             command->Define(app);
@@ -99,8 +119,9 @@ class Manual : public Command {
             page += ".TP\n.B " + Troff(line) + "\n" + Troff(command->Help()) + ".\n" + arguments;
         }
         page +=
-            ".SH EXIT STATUS\n"
-            "0 done, 1 refused by the daemon, 2 wrong usage, 3 daemon not reachable\n";
+            ".SH \"EXIT STATUS\"\n"
+            "0 done, 1 refused by the daemon, 2 wrong usage, 3 daemon not reachable. A change "
+            "without an answer may have been made.\n.SH \"SEE ALSO\"\n.BR aaad (8)\n";
         context.output.Line(page);
         context.output.Result({{"page", page}});
     }

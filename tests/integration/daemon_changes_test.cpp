@@ -202,6 +202,27 @@ TEST_F(DaemonDeletion, AuthenticationFailDomainOfAnother) {
 
 // The check reads the working role's tables. Within one batch it must already see the changes that
 // were asked before it: whoever loses the race is refused, and both never succeed.
+TEST_F(DaemonDeletion, OtherLetterCaseIsTheSameDomain) {
+    ASSERT_EQ(CreateDomain("Corp"), DOM_OK);
+    EXPECT_EQ(DeleteDomain("SYSTEM"), DOM_DELCHK_SYSTEM);
+    ASSERT_EQ(Change(DOM_EncodeDefaultDomain("Corp", 0)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("CORP"), DOM_DELCHK_DEFAULT);
+    ASSERT_EQ(Change(DOM_EncodeDefaultDomain("CORP", 0)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("Corp"), DOM_DELCHK_DEFAULT);
+    ASSERT_EQ(Change(DOM_EncodeDefaultDomain("system", 0)), DOM_OK);
+
+    ASSERT_EQ(Change(DOM_EncodeAuthRdFailPermitDomain("system", "cORP", 0)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("Corp"), DOM_DELCHK_PERMIT);
+    ASSERT_EQ(Change(DOM_EncodeAuthRdFailPermitDomain("system", "", 0), DOM_OP_DELETE), DOM_OK);
+    ASSERT_EQ(Change(DOM_EncodeAuthenEscapeRecover("system", 1, "cORP", 1, 0)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("Corp"), DOM_DELCHK_ESCAPE);
+    ASSERT_EQ(Change(DOM_EncodeAuthenEscapeRecover("system", 0, "", 0, 0), DOM_OP_DELETE), DOM_OK);
+    ASSERT_EQ(Change(DOM_EncodeAuthFailDomain("system", "cORP", 0, 1)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("Corp"), DOM_DELCHK_AUTHFAIL);
+    ASSERT_EQ(Change(DOM_EncodeAuthFailDomain("system", "", 0, 0)), DOM_OK);
+    EXPECT_EQ(DeleteDomain("cOrp"), DOM_OK);
+}
+
 TEST_F(DaemonDeletion, NeverLeavesAReferenceToADeletedDomain) {
     for (int round = 0; round < 40; ++round) {
         const std::string target = "t" + std::to_string(round);

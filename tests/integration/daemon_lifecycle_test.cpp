@@ -1,5 +1,6 @@
 // Start, stop, and who may do what.
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -77,6 +78,14 @@ TEST_F(DaemonLifecycle, LockFileHoldsTheProcessId) {
     EXPECT_EQ(pid, daemon_.Pid());
 }
 
+TEST_F(DaemonLifecycle, OtherUsersCannotTakeTheLock) {
+    for (const std::string& directory : {daemon_.RunDir(), daemon_.StateDir()}) {
+        struct stat status {};
+        ASSERT_EQ(stat((directory + "/aaad.lock").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, 0600u) << directory;
+    }
+}
+
 TEST_F(DaemonLifecycle, LockOfADeadDaemonIsTakenOver) {
     daemon_.Kill();
     EXPECT_TRUE(std::filesystem::exists(daemon_.RunDir() + "/aaad.lock"));
@@ -112,6 +121,17 @@ TEST(DaemonUsage, DirectoryBelowAMissingOneIsNamed) {
                   {"--state-dir", daemon.StateDir() + "/a/b", "--run-dir", daemon.RunDir()}, error),
               1);
     EXPECT_NE(error.find("/a/b"), std::string::npos) << error;
+}
+
+TEST(DaemonUsage, FileWithTheNameOfTheSocketIsNotRemoved) {
+    DaemonProcess daemon;
+    std::filesystem::create_directory(daemon.RunDir());
+    const std::string file = daemon.RunDir() + "/lipc-660c-0080.sock";
+    std::ofstream(file) << "precious";
+    std::string error;
+    EXPECT_EQ(daemon.RunToEnd(daemon.DirectoryArguments(), error), 1);
+    EXPECT_NE(error.find("Move the file away"), std::string::npos) << error;
+    EXPECT_TRUE(std::filesystem::exists(file));
 }
 
 TEST(DaemonUsage, DamagedDatabaseIsNamed) {

@@ -78,6 +78,10 @@ TEST_F(TableLifecycle, InitFillsTheLimitsBytewiseWithSpaces) {
 TEST_F(TableLifecycle, InitOfOneRoleLeavesTheOtherUntouched) {
     for (uint32_t first : {fake::kWorkingRole, fake::kConfigRole}) {
         Role other = first == fake::kConfigRole ? Role::kWorking : Role::kConfig;
+        fake::InRole(first == fake::kConfigRole ? fake::kWorkingRole : fake::kConfigRole, [] {
+            DOM_DomainInfoTableInit();
+            return DOM_DomainInfoTableFini();
+        });
         memset(&Limits(other), 0, sizeof(SessionLimits));
         fake::InRole(first, [] { return DOM_DomainInfoTableInit(); });
         EXPECT_TRUE(IsTornDown(other));

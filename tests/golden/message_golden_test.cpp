@@ -5,6 +5,7 @@
 #include <aaadom/domain_codec.h>
 #include <aaadom/method_list.h>
 #include <aaadom/results.h>
+#include <aaadom/rows.h>
 #include <aaadom/settings_codec.h>
 #include <gtest/gtest.h>
 
@@ -248,7 +249,7 @@ MibSchemeRow SchemeRow(uint32_t index, uint32_t kind, uint32_t type, const char*
     MibSchemeRow row{};
     row.scheme_index = index;
     row.method_kind = kind;
-    row.row_status = aaadom::kRowActive;
+    row.row_status = DOM_ROW_ACTIVE;
     row.aaa_type = type;
     row.service = DOM_DEFAULT_SERVICE;
     CopyText(row.domain_name, kName);

@@ -74,8 +74,8 @@ AAADOM_NO_TSA void DOM_AddDomain(DomainInfo* record, ZorvDomain* mib_node,
     SchemeResources none{};
     // Without memory for its NetConf node the domain is added all the same: this addition has no
     // result to report, and its callers rely on the record being stored.
-    AddDomain(Domains(CurrentRole()), record, mib_node, resources == nullptr ? none : *resources,
-              CreateNetConfNode(record->name));
+    (void)AddDomain(Domains(CurrentRole()), record, mib_node,
+                    resources == nullptr ? none : *resources, CreateNetConfNode(record->name));
 }
 
 uint32_t DOM_AddDomainByName(const char* name) noexcept {

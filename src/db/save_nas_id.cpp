@@ -14,8 +14,8 @@
 namespace aaadom {
 namespace {
 
-constexpr uint32_t kListAttributes[4] = {
-    DOM_DB_NASID_ENTRY_VLAN_OFFSET, DOM_DB_NASID_ENTRY_VLAN_SIZE, DOM_DB_NASID_LIST_KEY_KIND, 0};
+constexpr uint32_t kListAttributes[4] = {DOM_DB_NASID_ENTRY_VLAN_OFFSET,
+                                         DOM_DB_NASID_ENTRY_VLAN_SIZE, DBM_KEY_KIND_U16, 0};
 constexpr uint32_t kAttributeSets = 1;
 
 /// The stored bytes of one binding; without a NAS-ID it is the probe for a VLAN.

@@ -73,9 +73,10 @@ TEST_F(NasIdCodec, BindingNamesAreCutTo31Characters) {
 }
 
 TEST_F(NasIdCodec, BindingWithoutAnyOfItsTlvsFails) {
+    const Message code_only(17);
     Message strange(17);
     strange.Text(37, "x");
-    for (TLV_MSG* msg : {Message(17).get(), strange.get(), static_cast<TLV_MSG*>(nullptr)}) {
+    for (TLV_MSG* msg : {code_only.get(), strange.get(), static_cast<TLV_MSG*>(nullptr)}) {
         EXPECT_EQ(DOM_DecodeNasIdBindVlanId(msg, nullptr, nullptr, nullptr), DOM_ERR_FAILED);
     }
 }

@@ -3,9 +3,8 @@
 #include <aaadom/aaad_results.h>
 #include <aaadom/nas_id.h>
 #include <aaadom/nas_id_codec.h>
+#include <platform/aaa_tlv.h>
 #include <strings.h>
-
-#include <set>
 
 #include "names.h"
 
@@ -128,11 +127,10 @@ void CheckNasIdProfiles(const Json& document) {
             }
         }
         if (!bindings.is_object()) RefuseUsage(Quoted(name), "it is no object", "Mend the file");
-        std::set<uint16_t> vlans;
         for (const auto& [vlan, nas_id] : bindings.items()) {
-            if (!vlans.insert(ParseVlan(vlan)).second) {
-                RefuseUsage(Quoted(name), "the file binds VLAN " + vlan + " twice",
-                            "Remove one of its bindings");
+            if (std::to_string(ParseVlan(vlan)) != vlan) {
+                RefuseUsage(Quoted(name), "VLAN \"" + vlan + "\" is no plain decimal number",
+                            "Mend the file");
             }
             if (!nas_id.is_string()) RefuseUsage(Quoted(name), "a NAS-ID is no text", "Mend it");
             CheckNasIdName("NAS-ID", nas_id.get<std::string>());

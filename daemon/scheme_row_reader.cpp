@@ -2,6 +2,7 @@
 
 #include <aaadom/aaad_results.h>
 #include <aaadom/codes.h>
+#include <aaadom/domain.h>
 #include <aaadom/domain_codec.h>
 #include <aaadom/domain_table.h>
 #include <aaadom/method_list.h>

@@ -184,7 +184,10 @@ enum DomTlvType {
     DOM_TLV_ATTR_RATE3 = 470,
     DOM_TLV_ATTR_RATE4 = 471,
     DOM_TLV_ATTR_K26_SELECTED = 472, /* text 256 */
-    DOM_TLV_ATTR_K26_OTHER = 473     /* text 256 */
+    DOM_TLV_ATTR_K26_OTHER = 473,    /* text 256 */
+
+    /* The daemon's own, far from what the device's other programs number. */
+    DOM_TLV_NASID_BINDING = 0xF001 /* sub: a message of code 17 */
 };
 
 /* Network-order method item: its own number space, stored with the policies. */

@@ -342,11 +342,12 @@ class Import : public Command {
     }
 
     static void ImportRecords(Client& client, const Json& wanted) {
-        const Json none = Json::object();
-        for (const auto& [name, on] : wanted.value("record_switches", none).items()) {
+        const Json switches = wanted.value("record_switches", Json::object());
+        for (const auto& [name, on] : switches.items()) {
             SetRecordSwitch(client, name, on.get<bool>());
         }
-        for (const auto& [name, on] : wanted.value("record_backup", none).items()) {
+        const Json backup = wanted.value("record_backup", Json::object());
+        for (const auto& [name, on] : backup.items()) {
             SetRecordBackup(client, name, on.get<bool>());
         }
     }

@@ -61,7 +61,8 @@ class List : public ProfileCommand {
     void Define(CLI::App&) override {}
     void Run(Context& context) override {
         Json rows = Json::array();
-        for (const auto& [name, bindings] : ReadNasIdProfiles(context.client).items()) {
+        const Json profiles = ReadNasIdProfiles(context.client);
+        for (const auto& [name, bindings] : profiles.items()) {
             context.output.Line(Printable(name) + "  " + std::to_string(bindings.size()) +
                                 (bindings.size() == 1 ? " binding" : " bindings"));
             rows.push_back({{"profile", name}, {"bindings", bindings.size()}});

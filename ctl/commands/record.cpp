@@ -37,11 +37,11 @@ class Show : public Command {
 
 class Set : public Command {
   public:
-    Set(const char* object, const char* help, const char* names,
+    Set(const char* object, const char* help, std::vector<std::string> names,
         void (*set)(Client&, const std::string&, bool))
-        : Command({"record", object, "set"}, help), names_(names), set_(set) {}
+        : Command({"record", object, "set"}, help), names_(std::move(names)), set_(set) {}
     void Define(CLI::App& app) override {
-        app.add_option("records", name_, names_)->required();
+        app.add_option("records", name_, "Which records")->required()->check(CLI::IsMember(names_));
         app.add_option("value", value_, "on or off")
             ->required()
             ->check(CLI::IsMember({"on", "off"}));
@@ -54,7 +54,7 @@ class Set : public Command {
     }
 
   private:
-    const char* names_;
+    const std::vector<std::string> names_;
     void (*set_)(Client&, const std::string&, bool);
     std::string name_;
     std::string value_;
@@ -65,14 +65,17 @@ class Set : public Command {
 void AddRecordCommands(Commands& commands) {
     commands.push_back(
         std::make_unique<Show>("switch", "Show which user records are kept", ReadRecordSwitches));
-    commands.push_back(std::make_unique<Set>(
-        "switch", "Keep user records or not",
-        "online-fail, offline-all, offline-normal or offline-abnormal", SetRecordSwitch));
+    commands.push_back(
+        std::make_unique<Set>("switch", "Keep user records or not",
+                              std::vector<std::string>{"online-fail", "offline-all",
+                                                       "offline-normal", "offline-abnormal"},
+                              SetRecordSwitch));
     commands.push_back(std::make_unique<Show>("backup", "Show which user records are backed up",
                                               ReadRecordBackup));
-    commands.push_back(std::make_unique<Set>("backup", "Back user records up or not",
-                                             "online-fail, abnormal-offline or normal-offline",
-                                             SetRecordBackup));
+    commands.push_back(std::make_unique<Set>(
+        "backup", "Back user records up or not",
+        std::vector<std::string>{"online-fail", "abnormal-offline", "normal-offline"},
+        SetRecordBackup));
 }
 
 }  // namespace aaactl

@@ -101,7 +101,7 @@ class Set : public SchemeCommand {
             throw Failure(kExitRefused, Object(),
                           "the list of " + AaaTypeName(type) + " methods does not take " + method_ +
                               " in this place",
-                          "Each method stands once in a list and none at its end; see aaactl "
+                          "A list takes each method once and \"none\" at its end only; see aaactl "
                           "scheme list --domain " +
                               key.domain,
                           result);

@@ -202,8 +202,10 @@ DomainInfo* DOM_MibGetFirstDomain(void) noexcept {
 
 DomainInfo* DOM_MibGetNextDomain(const char* name, uint32_t name_length) noexcept {
     if (name == nullptr) return nullptr;
-    const ZorvDomain* node = NextMibNode(WorkingMibHead(), name, name_length);
-    return node == nullptr ? nullptr : DOM_FindDomainByName(node->domain_name);
+    const ZorvDomain* node = NextMibNode(MibWalkStart(name, name_length), name, name_length);
+    if (node == nullptr) return nullptr;
+    RememberMibWalk(node);
+    return DOM_FindDomainByName(node->domain_name);
 }
 
 DomainInfo* DOM_NetConfGetFirstDomain(void) noexcept {

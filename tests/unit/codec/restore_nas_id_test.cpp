@@ -106,6 +106,55 @@ TEST_F(RestoreNasIdTest, RefusedBindingFailsAndSavesNothing) {
     EXPECT_EQ(Bound("profile", 100), "nas-a");
 }
 
+// What the message leaves out reads as an empty text and VLAN 0, never as an older message's.
+TEST_F(RestoreNasIdTest, BindingThatLeavesFieldsOut) {
+    ASSERT_EQ(SetProfile("profile", 1), DOM_OK);
+    ASSERT_EQ(Bind("profile", "nas-a", 100, 1), DOM_OK);
+    const auto message = [](auto&& fields) {
+        return MessageBuilder(DOM_MSG_NASID_BIND).Build(fields);
+    };
+    const auto vlan_alone = [](Appender& append) { append.U16(DOM_TLV_VLAN_ID, 100); };
+    EXPECT_EQ(Set(message(vlan_alone), 1), DOM_ERR_FAILED) << "no profile";
+    EXPECT_EQ(Delete(message(vlan_alone), 1), DOM_ERR_FAILED) << "no profile";
+    const auto no_nas_id = [](Appender& append) {
+        append.Text(DOM_TLV_NASID_PROFILE, "profile").U16(DOM_TLV_VLAN_ID, 100);
+    };
+    EXPECT_EQ(Delete(message(no_nas_id), 1), DOM_ERR_FAILED) << "another NAS-ID";
+    EXPECT_EQ(Bound("profile", 100), "nas-a");
+    EXPECT_EQ(Saved("profile", 100), "nas-a");
+    const auto no_vlan = [](Appender& append) {
+        append.Text(DOM_TLV_NASID_PROFILE, "profile").Text(DOM_TLV_NASID, "nas-z");
+    };
+    EXPECT_EQ(Set(message(no_vlan), 1), DOM_OK);
+    EXPECT_EQ(Bound("profile", 0), "nas-z");
+    EXPECT_EQ(Saved("profile", 0), "nas-z");
+}
+
+// Both are cut to 31 characters when the message is read, so the same texts find them again.
+TEST_F(RestoreNasIdTest, TextsOfAnyLengthAreCut) {
+    const std::string profile(5000, 'p');
+    const std::string nas_id(5000, 'n');
+    const std::string cut = profile.substr(0, 31);
+    EXPECT_EQ(SetProfile(profile.c_str(), 1), DOM_OK);
+    EXPECT_EQ(SetProfile(profile.c_str(), 1), DOM_ERR_FAILED) << "exists";
+    EXPECT_EQ(DOM_IsExistProfileName(handle_, cut.c_str()), 1u);
+    EXPECT_EQ(Bind(profile.c_str(), nas_id.c_str(), 100, 1), DOM_OK);
+    EXPECT_EQ(Bound(cut.c_str(), 100), nas_id.substr(0, 31));
+    EXPECT_EQ(Saved(cut.c_str(), 100), nas_id.substr(0, 31));
+    EXPECT_EQ(Unbind(profile.c_str(), nas_id.c_str(), 100, 1), DOM_OK);
+    EXPECT_EQ(Delete(DOM_EncodeNasIdProfile(profile.c_str()), 1), DOM_OK);
+    EXPECT_FALSE(HasProfile(cut.c_str()));
+}
+
+// The change stands in the working role and the requester hears that it was not saved.
+TEST_F(RestoreNasIdTest, DatabaseFailureIsTheResult) {
+    fake::FailAllDbmCalls(true);
+    EXPECT_EQ(SetProfile("profile", 1), DOM_ERR_FAILED);
+    EXPECT_TRUE(HasProfile("profile"));
+    EXPECT_EQ(Bind("profile", "nas-a", 100, 1), DOM_ERR_FAILED);
+    EXPECT_EQ(Bound("profile", 100), "nas-a");
+}
+
 TEST_F(RestoreNasIdTest, EveryOperationButZeroDeletes) {
     for (uint32_t op : {1u, 2u, 3u, 6u}) {
         ASSERT_EQ(SetProfile("profile"), DOM_OK);

@@ -143,6 +143,14 @@ TEST_F(RestoreRecordsTest, BackupMethodsAreSavedByBothOperations) {
     EXPECT_STREQ(name1_, "untouched");
 }
 
+TEST_F(RestoreRecordsTest, DatabaseFailureIsTheResult) {
+    fake::FailAllDbmCalls(true);
+    EXPECT_EQ(Set(CodeAlone(DOM_MSG_REC_EN_ONLINE_FAIL), 1), DOM_ERR_FAILED);
+    EXPECT_EQ(Switches(), "1000");
+    EXPECT_EQ(Set(DOM_userrecord_tlv_EncodeBackupMethod(2), 1), DOM_ERR_FAILED);
+    EXPECT_EQ(Methods(), "010");
+}
+
 TEST_F(RestoreRecordsTest, SwitchesOfTheOtherRoleStay) {
     EXPECT_EQ(Set(CodeAlone(DOM_MSG_REC_EN_ONLINE_FAIL)), DOM_OK);
     EXPECT_EQ(Set(DOM_userrecord_tlv_EncodeBackupMethod(7)), DOM_OK);

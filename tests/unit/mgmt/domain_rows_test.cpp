@@ -192,6 +192,37 @@ TEST_F(DomainRow, ModifyThatIsNoRowIs1) {
     EXPECT_TRUE(IsUntouched());
 }
 
+TEST_F(DomainRow, NamesOfAnyLengthAreCut) {
+    const std::string endless(5000, 'n');
+    const std::string cut = endless.substr(0, 255);
+    const auto row = [&](uint32_t status) {
+        return MessageBuilder(DOM_MSG_DOMAIN_ROW).Build([&](Appender& append) {
+            append.Text(DOM_TLV_DOMAIN_NAME, endless.c_str()).U32(DOM_TLV_ROW_STATUS, status);
+        });
+    };
+    EXPECT_EQ(Apply(row(DOM_ROW_ACTIVE)), 2u);
+    ExpectChange(cut.c_str());
+    Preset();
+    EXPECT_EQ(Apply(row(DOM_ROW_CREATE_AND_GO)), 0u);
+    ExpectChange(cut.c_str());
+    EXPECT_EQ(DOM_IsDomainExist(cut.c_str()), 1u);
+    EXPECT_EQ(Apply(row(DOM_ROW_CREATE_AND_GO)), 15u);
+    EXPECT_EQ(Apply(row(DOM_ROW_ACTIVE)), 0u);
+}
+
+TEST_F(DomainRow, ModifyChangesTheCallingRoleOnly) {
+    Add("alpha");
+    DOM_SetState("alpha", 1);
+    fake::InRole(fake::kWorkingRole, [] {
+        Add("alpha");
+        DOM_SetState("alpha", 1);
+        return 0;
+    });
+    EXPECT_EQ(Modify("alpha", 2), 0u);
+    EXPECT_EQ(DOM_GetState("alpha"), 2u);
+    EXPECT_EQ(fake::InRole(fake::kWorkingRole, [] { return DOM_GetState("alpha"); }), 1u);
+}
+
 TEST_F(DomainRow, NullChangeRecordIsSkipped) {
     const TlvPtr create(DOM_EncodeDomainInfo("alpha", 2, DOM_ROW_CREATE_AND_GO));
     EXPECT_EQ(DOM_ProcDomainTable(create.get(), nullptr), 0u);

@@ -59,6 +59,28 @@ TEST_F(SchemeRow, StatusOneModifies) {
     ExpectChange("alpha");
 }
 
+TEST_F(SchemeRow, GoesToTheListOfItsTypeWithItsSchemeName) {
+    for (uint32_t type : {0u, 4u, 5u}) {
+        // A new domain's lists bear the indexes 1, 2 and 3.
+        const uint32_t index = type == 0 ? 1 : type - 2;
+        EXPECT_EQ(Apply(Row(1, type, index, METHOD_SCHEME_1, "radius"), kSet), 0u) << type;
+        MethodList list{};
+        ASSERT_EQ(DOM_GetMethodList("alpha", type, DOM_DEFAULT_SERVICE, &list, nullptr), DOM_OK);
+        EXPECT_EQ(list.methods[0].method_kind, uint32_t{METHOD_SCHEME_1}) << type;
+        EXPECT_EQ(list.methods[0].scheme_index, index) << type;
+        EXPECT_STREQ(list.methods[0].scheme_name, "radius") << type;
+    }
+}
+
+TEST_F(SchemeRow, ChangesTheCallingRoleOnly) {
+    fake::InRole(fake::kWorkingRole, [] {
+        Add("alpha");
+        return 0;
+    });
+    EXPECT_EQ(Apply(Row(4, 0, 9, METHOD_LAST_5), kSet), 0u);
+    EXPECT_EQ(fake::InRole(fake::kWorkingRole, [] { return Stored(0); }), "4@1 ");
+}
+
 TEST_F(SchemeRow, AnyOtherStatusIs1AndFillsTheChange) {
     for (uint32_t status : {0u, 2u, 3u, 5u, 6u, 0xFFFFFFFFu}) {
         Preset();
@@ -129,6 +151,18 @@ TEST_F(SchemeRow, DeleteResetsTheListOfTheIndexWhateverTheStatus) {
     }
 }
 
+TEST_F(SchemeRow, DeleteNeedsNoStatus) {
+    ASSERT_EQ(Apply(Row(4, 0, 9, METHOD_LAST_5), kSet), 0u);
+    Preset();
+    EXPECT_EQ(Apply(RowOf([](Appender& append) {
+                        append.Text(DOM_TLV_DOMAIN_NAME, "alpha").U32(DOM_TLV_SCHEME_INDEX, 9);
+                    }),
+                    kDelete),
+              0u);
+    EXPECT_EQ(Stored(0).find("5@"), std::string::npos);
+    ExpectChange("alpha");
+}
+
 TEST_F(SchemeRow, EveryOperationButOneDeletes) {
     for (uint16_t op : {0, 2, 3, 0x0101, 0xFFFF}) {
         EXPECT_EQ(Apply(Row(4, 0, 9, METHOD_LAST_5), kSet), 0u);
@@ -151,6 +185,28 @@ TEST_F(SchemeRow, EveryOtherFailureIs1AndFillsTheChange) {
     Preset();
     EXPECT_EQ(Apply(Row(1, 0, 99, METHOD_SCHEME_1), kDelete), 1u) << "unknown index";
     ExpectChange("alpha");
+    Preset();
+    EXPECT_EQ(Apply(Row(1, 0, 1, METHOD_SCHEME_1, "", "nobody"), kDelete), 1u) << "unknown domain";
+    ExpectChange("nobody");
+}
+
+TEST_F(SchemeRow, TextsOfAnyLengthAreCut) {
+    const std::string endless(5000, 'n');
+    const auto row = [&](const char* domain) {
+        return RowOf([&](Appender& append) {
+            append.Text(DOM_TLV_DOMAIN_NAME, domain)
+                .U32(DOM_TLV_ROW_STATUS, 1)
+                .U32(DOM_TLV_SCHEME_INDEX, 1)
+                .U32(DOM_TLV_METHOD_TYPE, METHOD_SCHEME_1)
+                .Text(DOM_TLV_SCHEME_NAME, endless.c_str());
+        });
+    };
+    EXPECT_EQ(Apply(row(endless.c_str()), kSet), 2u);
+    ExpectChange(endless.substr(0, 255).c_str());
+    EXPECT_EQ(Apply(row("alpha"), kSet), 0u);
+    MethodList list{};
+    ASSERT_EQ(DOM_GetMethodList("alpha", 0, DOM_DEFAULT_SERVICE, &list, nullptr), DOM_OK);
+    EXPECT_EQ(std::string(list.methods[0].scheme_name), endless.substr(0, 32));
 }
 
 TEST_F(SchemeRow, NullChangeRecordIsSkipped) {

@@ -133,6 +133,7 @@ TEST_F(NasIdBindingTable, ChangesLockTheCallingRolesMutex) {
         AddProfile("p1");
         EXPECT_EQ(Bind("p1", "n", 1), 0u);
         EXPECT_EQ(Unbind("p1", "n", 1), 0u);
+        EXPECT_EQ(DeleteProfile("p1"), 0u);
         return 0;
     };
     {
@@ -145,14 +146,16 @@ TEST_F(NasIdBindingTable, ChangesLockTheCallingRolesMutex) {
     EXPECT_EQ(fake::HeldLocks(), 1);
 }
 
-// The working role's mutex whichever role asks: with the configuration role's held, the
-// configuration thread still gets its answer, and it takes exactly one lock.
+// The working role's mutex whichever role asks: with the configuration role's held, both roles still
+// get their answers, and each takes exactly one lock.
 TEST_F(NasIdBindingTable, LookupLocksTheWorkingRolesMutexFromBothRoles) {
     InConfig([] { return Bind("Office", "config", 1); });
     MutexGuard config(NasIdBindings(Role::kConfig).mutex);
     const uint64_t before = fake::Count(fake::Event::kLock);
     EXPECT_EQ(InConfig([] { return Lookup("Office", 1); }), "config");
     EXPECT_EQ(fake::Count(fake::Event::kLock), before + 1);
+    EXPECT_EQ(Lookup("Office", 1), "-");
+    EXPECT_EQ(fake::Count(fake::Event::kLock), before + 2);
     EXPECT_EQ(fake::HeldLocks(), 1);
 }
 

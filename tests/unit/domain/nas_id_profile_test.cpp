@@ -149,6 +149,17 @@ TEST_F(NasIdProfileTable, DeletionRemovesItsBindingsOnEveryVlan) {
     EXPECT_EQ(Bindings(Role::kWorking), Names({"8/p2/n"}));
 }
 
+TEST_F(NasIdProfileTable, DeletionLeavesTheOtherRolesProfileAndBindings) {
+    const auto fill = [] { return AddProfile("p1") | Bind("p1", "n", 1); };
+    ASSERT_EQ(fill(), 0u);
+    ASSERT_EQ(InConfig(fill), 0u);
+    EXPECT_EQ(InConfig([] { return DeleteProfile("p1"); }), 0u);
+    EXPECT_TRUE(Profiles(Role::kConfig).empty());
+    EXPECT_TRUE(Bindings(Role::kConfig).empty());
+    EXPECT_EQ(Profiles(Role::kWorking), Names({"p1"}));
+    EXPECT_EQ(Bindings(Role::kWorking), Names({"1/p1/n"}));
+}
+
 // Bindings are matched by the exact spelling: one that a client made with other letters stays.
 TEST_F(NasIdProfileTable, DeletionKeepsBindingsOfAnotherSpelling) {
     AddProfile("p1");

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "unit/domain/lock_wait.h"
 #include "unit/domain/tables_fixture.h"
 
 namespace aaadom {
@@ -154,6 +155,11 @@ TEST_F(RecordBackup, ReadersShareTheLock) {
     DOM_GetAAAUserRecordBackupMethodByType(3);
     DOM_GetAllRecordBackupMethodToUint();
     EXPECT_EQ(pthread_rwlock_trywrlock(&lock), EBUSY);
+}
+
+TEST_F(RecordBackup, WriterWaitsForReaders) {
+    EXPECT_TRUE(WaitsForReaders(BackupOf(Role::kWorking).lock, [] { Set(1, 1, 1); }));
+    EXPECT_EQ(Read(), (Flags{1, 1, 1}));
 }
 
 }  // namespace

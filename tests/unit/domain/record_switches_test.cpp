@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/message.h"
+#include "unit/domain/lock_wait.h"
 #include "unit/domain/tables_fixture.h"
 
 namespace aaadom {
@@ -161,14 +162,22 @@ TEST_F(RecordSwitchTest, EveryReaderAndWriterTakesOneLock) {
     EXPECT_EQ(locks([] { DOM_GetUserRecordRecoverFlag(); }), 0u);
 }
 
-// A reader would hang here if it took the write side, and no writer gets past a reader.
-TEST_F(RecordSwitchTest, ReadersShareTheLockAndWritersDoNot) {
+// A reader would hang here if it took the write side.
+TEST_F(RecordSwitchTest, ReadersShareTheLock) {
     pthread_rwlock_t& lock = SwitchesOf(Role::kWorking).lock;
     ReadGuard reading(lock);
     Read();
     DOM_GetOnlineOffLineRecordEnableInfo();
     TLV_Destroy(DOM_GetAllRecordEnableInfo());
     EXPECT_EQ(pthread_rwlock_trywrlock(&lock), EBUSY);
+}
+
+TEST_F(RecordSwitchTest, WritersWaitForReaders) {
+    pthread_rwlock_t& lock = SwitchesOf(Role::kWorking).lock;
+    EXPECT_TRUE(WaitsForReaders(lock, [] { Set(1, 2, 3, 4); }));
+    EXPECT_EQ(Read(), (Switches{1, 2, 3, 4}));
+    EXPECT_TRUE(WaitsForReaders(lock, [] { (void)DOM_SetRecordEnableInfo(77, 9); }));
+    EXPECT_EQ(Read(), (Switches{9, 2, 3, 4}));
 }
 
 TEST_F(RecordSwitchTest, RecoverFlagIsTheProcesses) {

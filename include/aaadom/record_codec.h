@@ -41,8 +41,8 @@ TLV_MSG* DOM_EncodeDelUserRecord(uint32_t record_kind, uint64_t serial) AAADOM_N
  * Reads the deletion of a record (code 173; the code itself is not looked at): the first TLV of
  * each type.
  * @param msg          borrowed.
- * @param record_kind  receives the list; 0 when missing.
- * @param serial       receives the serial number; 0 when missing.
+ * @param record_kind  receives the list; 0 when missing or too short.
+ * @param serial       receives the serial number; 0 when missing or too short.
  * @return 0, also for a message without the TLVs; DOM_ERR_FAILED for a null argument; an output
  *         that is not null is cleared then too.
  * @thread any; takes no lock.

@@ -37,7 +37,7 @@ TLV_MSG* DOM_EncodeNasidBindVlanId(const char* profile_name, const char* nas_id,
 
 uint32_t DOM_DecodeNasIdBindVlanId(TLV_MSG* msg, char* profile_name, char* nas_id,
                                    uint16_t* vlan_id) noexcept {
-    // The last read decides alone: front ends that delete by VLAN leave the names out.
+    // The last read decides alone: what a message lacks shows in outputs that callers cleared.
     uint32_t result = DOM_ERR_FAILED;
     for (TlvItem item : TlvWalk(msg)) {
         switch (item.Type()) {

@@ -73,6 +73,26 @@ TEST_F(RecordCodec, DeletionWithoutTlvsReadsZeros) {
     EXPECT_EQ(serial, 0u);
 }
 
+TEST_F(RecordCodec, FirstTlvOfEachTypeOfADeletionCounts) {
+    Message msg(173);
+    msg.U64(264, 5).U32(180, 4).U32(180, 1).U64(264, 6);
+    uint32_t kind = 9;
+    uint64_t serial = 9;
+    EXPECT_EQ(DOM_DecodeDelUserRecord(msg.get(), &kind, &serial), DOM_OK);
+    EXPECT_EQ(kind, 4u);
+    EXPECT_EQ(serial, 5u);
+}
+
+TEST_F(RecordCodec, DeletionWithShortTlvsReadsZeros) {
+    Message msg(173);
+    msg.Raw(180, "abc").Raw(264, "1234567");
+    uint32_t kind = 9;
+    uint64_t serial = 9;
+    EXPECT_EQ(DOM_DecodeDelUserRecord(msg.get(), &kind, &serial), DOM_OK);
+    EXPECT_EQ(kind, 0u);
+    EXPECT_EQ(serial, 0u);
+}
+
 TEST_F(RecordCodec, NullOutputsFailAndTheOtherIsCleared) {
     const TlvPtr msg(DOM_EncodeDelUserRecord(3, 4));
     uint32_t kind = 9;

@@ -19,7 +19,7 @@ extern "C" {
 
 /**
  * Adds a NAS-ID profile to the calling role's table, at the head of its bucket, without looking for
- * one of the same name: callers look first.
+ * one of the same name: callers look first. Carried by code 16, stored as database type 4.
  * @param name  borrowed; at most 31 characters and the terminator are kept, longer input is cut.
  * @return 0; 1 when memory is short, before DOM_DomainInfoTableInit and for a null name.
  * @thread takes no lock; the profile table has none, its callers serialise changes to it.
@@ -30,7 +30,8 @@ uint32_t DOM_AddNasIdProfile(const char* name) AAADOM_NOEXCEPT;
  * Binds a NAS-ID to a VLAN of a profile in the calling role's table. A binding that the profile
  * (any letter case) has for the VLAN takes the new NAS-ID and keeps its spelling of the profile;
  * else a binding is made at the head of its bucket. Whether the profile exists is not looked at.
- * @param profile_name  borrowed; compared whole, kept as given, cut to 31 characters.
+ * Carried by code 17, stored as database type 5.
+ * @param profile_name  borrowed; compared whole, stored as given, cut to 31 characters.
  * @param nas_id        borrowed; compared whole, cut to 31 characters when kept.
  * @param vlan_id       any 16-bit number.
  * @return 0; 15 when the binding has this NAS-ID already; 1 when memory is short, before
@@ -58,7 +59,7 @@ uint32_t DOM_GetNasIdByProfileAndVlanId(const char* profile_name, uint16_t vlan_
 /**
  * Applies a profile message (code 16): adds the profile, or deletes it with every binding that
  * carries its name exactly as the profile has it. Bindings made with another spelling stay.
- * @param name       borrowed; any letter case; kept as given, cut to 31 characters.
+ * @param name       borrowed; any letter case; stored as given, cut to 31 characters.
  * @param operation  1 adds, any other number deletes.
  * @param name_out   32 bytes, or null; on add receives the name as stored, or as given when the
  *                   profile is new (whatever becomes of it); untouched on delete.
@@ -77,7 +78,7 @@ uint32_t DOM_ProcNasIdProfileCfg(const char* name, uint16_t operation, char* nam
  * @param nas_id        borrowed; at most 31 characters and the terminator are kept.
  * @param vlan_id       any 16-bit number.
  * @param operation     1 binds (DOM_AddNasIdBindVlanId), any other number unbinds.
- * @param profile_name  borrowed; any letter case.
+ * @param profile_name  borrowed; any letter case; a new binding stores it as given.
  * @param change        borrowed; on success gets type 5, the operation, the VLAN, the profile name
  *                      and the NAS-ID as given, other fields stay; untouched otherwise; null is
  *                      skipped.

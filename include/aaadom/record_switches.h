@@ -14,7 +14,7 @@ extern "C" {
 /**
  * Encodes the calling role's record switches: code 81, TLVs 181 to 184.
  * @return returned, destroy with TLV_Destroy; null when memory is short.
- * @thread any; takes the switches' lock for reading, the caller holds it not for writing.
+ * @thread any; takes the switches' lock for reading.
  */
 TLV_MSG* DOM_GetAllRecordEnableInfo(void) AAADOM_NOEXCEPT;
 
@@ -69,8 +69,8 @@ uint32_t DOM_GetUserRecordEnableDefault(void) AAADOM_NOEXCEPT;
 
 /**
  * Sets what the backup flags of both roles start as.
- * @param value  bits 0, 1, 2: online failure, abnormal offline, normal offline; above 7 is stored
- * as 0.
+ * @param value  bits 0, 1, 2: online failure, abnormal offline, normal offline; a number above 7
+ *               is stored as 0.
  * @thread before the tables are initialised; takes no lock.
  */
 void DOM_SetUserRecordBackupMethodDefault(uint32_t value) AAADOM_NOEXCEPT;
@@ -139,7 +139,7 @@ uint32_t DOM_IsDefaultUserRecordBackupMethod(void) AAADOM_NOEXCEPT;
 /**
  * Writes the recover flag of the process, which the library keeps for the daemon.
  * @param flag  stored as given.
- * @thread any; takes no lock.
+ * @thread any; takes no lock: the daemon serialises writing with reading.
  */
 void DOM_SetUserRecordRecoverFlag(uint16_t flag) AAADOM_NOEXCEPT;
 

@@ -39,7 +39,8 @@ AAADOM_ASSERT_LAYOUT(sizeof(UserRecord) == 632);
  * Appends the fields of a record to a message: TLVs 166, 174, 167, 168, 175, 176, 171, 172, 173,
  * 169, 165, 164, 170, 264, then 208 and 207 only when the record has a detail text of a length.
  * @param msg     borrowed; after a failure it may carry some of the fields.
- * @param record  borrowed; names are sent up to their terminator.
+ * @param record  borrowed; names are sent up to their terminator, whole when they have none;
+ *                `detail_len` bytes of the detail text are read.
  * @return 0; DOM_ERR_FAILED for a null argument and when an append failed.
  * @thread any; takes no lock.
  */

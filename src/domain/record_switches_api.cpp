@@ -11,7 +11,8 @@ namespace {
 
 constexpr uint16_t kOn = 1;
 
-// Plain words of the process, set by the daemon before it starts its threads.
+// Plain words of the process: the daemon sets the default before it starts its threads and
+// serialises writing the flag with reading it.
 constinit uint32_t record_enable_default = 0;
 constinit uint16_t recover_flag = 0;
 

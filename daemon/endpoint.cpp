@@ -45,7 +45,7 @@ Message Frame(uint16_t kind, TLV_MSG* body) {
 Message ResultBody(const Request& request) {
     Message body(TLV_Create());
     if (body && request.name_type != 0 &&
-        AAA_AppendStrTlvData(body.get(), request.name_type, request.name.c_str()) != 0) {
+        AAA_AppendStrTlvData(body.get(), request.name_type, request.name) != 0) {
         return nullptr;
     }
     if (!body || AAA_AppendUINTTlvData(body.get(), DOM_TLV_RESULT, request.result) != 0) {

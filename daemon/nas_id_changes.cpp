@@ -7,9 +7,14 @@
 #include <aaadom/nas_id_codec.h>
 #include <platform/aaa_tlv.h>
 
+#include <cstring>
+
 #include "request.h"
 
 namespace aaad {
+
+static_assert(sizeof(Request::name) == DOM_NASID_NAME_SIZE);
+
 namespace {
 
 using Name = char[DOM_NASID_NAME_SIZE];
@@ -78,11 +83,10 @@ void ApplyNasIdProfile(Request& request) {
     Name stored = {};
     DomDbUpdateReq change{};
     request.result = DOM_ProcNasIdProfileCfg(asked, Presence(request), stored, &change);
-    if (request.result == DOM_NASID_OK) {
-        request.name = change.nas_id_profile_name;
-    } else {
-        request.name = stored[0] != '\0' ? stored : asked;
-    }
+    const char* name = request.result == DOM_NASID_OK ? change.nas_id_profile_name
+                       : stored[0] != '\0'            ? stored
+                                                      : asked;
+    memcpy(request.name, name, sizeof request.name);
     request.name_type = DOM_TLV_NASID_PROFILE;
     Save(request, change);
 }

@@ -7,6 +7,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <new>
 
 #include "saved_nas_id.h"
 
@@ -51,9 +52,7 @@ Message ProfileWithBindings(DBM_HANDLE handle, const std::string& name) {
     return reply;
 }
 
-}  // namespace
-
-Message ReadNasIdProfile(const Question& question, uint32_t& refusal) {
+Message AnswerProfile(const Question& question, uint32_t& refusal) {
     std::vector<std::string> names;
     if (!SavedNasIdProfiles(question.handle, names)) {
         refusal = DOM_ERR_FAILED;
@@ -75,7 +74,7 @@ Message ReadNasIdProfile(const Question& question, uint32_t& refusal) {
     return reply;
 }
 
-Message ReadNasIdBinding(const Question& question, uint32_t& refusal) {
+Message AnswerBinding(const Question& question, uint32_t& refusal) {
     refusal = AAAD_ERR_NO_OBJECT;
     std::vector<std::string> names;
     if (!SavedNasIdProfiles(question.handle, names)) {
@@ -109,6 +108,27 @@ Message ReadNasIdBinding(const Question& question, uint32_t& refusal) {
     Message reply(DOM_EncodeNasidBindVlanId(profile.c_str(), binding.nas_id, binding.vlan_id));
     if (!reply) refusal = DOM_ERR_FAILED;
     return reply;
+}
+
+/// The working thread, which answers, must not be left by an exception.
+Message WithoutException(Message (*answer)(const Question&, uint32_t&), const Question& question,
+                         uint32_t& refusal) {
+    try {
+        return answer(question, refusal);
+    } catch (const std::bad_alloc&) {
+        refusal = DOM_ERR_FAILED;
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+Message ReadNasIdProfile(const Question& question, uint32_t& refusal) {
+    return WithoutException(AnswerProfile, question, refusal);
+}
+
+Message ReadNasIdBinding(const Question& question, uint32_t& refusal) {
+    return WithoutException(AnswerBinding, question, refusal);
 }
 
 }  // namespace aaad

@@ -5,7 +5,6 @@
 #include <platform/lipc.h>
 
 #include <cstdint>
-#include <string>
 #include <utility>
 
 #include "message.h"
@@ -48,7 +47,7 @@ struct Request {
     Kind kind = Kind::kAnswered;
 
     uint32_t result = 0;  // the answer, unless there is data
-    std::string name;     // goes in front of the result when it has a type
+    char name[32] = {};   // goes in front of the result when it has a type
     uint16_t name_type = 0;
     Message data;                 // the answer of a read
     bool handed_over = false;     // the working role got the change, too

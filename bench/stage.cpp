@@ -106,7 +106,7 @@ Daemon::Daemon() {
     directory_ = directory;
     const std::string state = directory_ + "/state";
     const std::string run = directory_ + "/run";
-    Demand(LIPC_SetRuntimeDir(run.c_str()) == 0, "LIPC_SetRuntimeDir");
+    Attach();
     pid_ = fork();
     if (pid_ == 0) {
         execl(AAAD_PATH, "aaad", "--state-dir", state.c_str(), "--run-dir", run.c_str(), nullptr);
@@ -119,6 +119,10 @@ Daemon::Daemon() {
     }
     uint32_t result = 1;
     Demand(MOR_SetDomainName(kFullDomain, DOM_OP_SET, &result) == DOM_OK, "MOR_SetDomainName");
+}
+
+void Daemon::Attach() const {
+    Demand(LIPC_SetRuntimeDir((directory_ + "/run").c_str()) == 0, "LIPC_SetRuntimeDir");
 }
 
 Daemon::~Daemon() {

@@ -19,12 +19,17 @@ extern const char* const kFullDomain;
 /// A daemon on a temporary directory; ends with the process.
 class Daemon {
   public:
+    /// The one that the benchmarks share.
     static Daemon& Running();
+    Daemon();
     const std::string& Directory() const { return directory_; }
     ~Daemon();
+    Daemon(const Daemon&) = delete;
+    Daemon& operator=(const Daemon&) = delete;
+    /// Points the requests of this process at the daemon; a new one gets them at first.
+    void Attach() const;
 
   private:
-    Daemon();
     std::string directory_;
     int pid_ = -1;
 };

@@ -41,11 +41,15 @@ using Commands = std::vector<std::unique_ptr<Command>>;
 
 // One function a file below commands/ that adds its commands.
 void AddDomainCommands(Commands& commands);
+void AddDomainRowCommands(Commands& commands);
 void AddDomainSetCommands(Commands& commands);
 void AddDomainMethodCommands(Commands& commands);
 void AddDomainAttributeCommands(Commands& commands);
 void AddGlobalCommands(Commands& commands);
 void AddSessionLimitCommands(Commands& commands);
+void AddSchemeCommands(Commands& commands);
+void AddNasIdCommands(Commands& commands);
+void AddRecordCommands(Commands& commands);
 void AddConfigCommands(Commands& commands);
 void AddSelfCommands(Commands& commands);
 

@@ -13,13 +13,20 @@ namespace {
 /// Words that group commands and have no help of their own.
 const std::map<std::string, std::string> kGroupHelp = {
     {"domain", "ISP domains"},
+    {"domain row", "Rows of the domain table"},
     {"domain set", "Change one setting of a domain"},
     {"domain unset", "Take one setting of a domain away"},
+    {"scheme", "Rows of the scheme table: the methods of the default lists"},
     {"global", "Settings of the whole device"},
     {"global set", "Change one setting of the device"},
     {"global unset", "Take one setting of the device away"},
     {"debug", "Debug messages of the daemon"},
     {"session-limit", "Session limits by session class"},
+    {"nas-id", "NAS-IDs by VLAN"},
+    {"nas-id profile", "Named sets of bindings"},
+    {"record", "User records"},
+    {"record switch", "Which user records are kept"},
+    {"record backup", "Which user records are backed up"},
     {"config", "The whole configuration as a document"},
 };
 

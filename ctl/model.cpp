@@ -5,6 +5,8 @@
 
 #include "attributes.h"
 #include "names.h"
+#include "nas_id.h"
+#include "records.h"
 
 namespace aaactl {
 namespace {
@@ -201,6 +203,9 @@ Json ReadConfig(Client& client) {
     for (const DomainPtr& domain : client.DomainsByName()) {
         document["domains"].push_back(DomainToJson(*domain));
     }
+    document["nas_id_profiles"] = ReadNasIdProfiles(client);
+    document["record_switches"] = ReadRecordSwitches(client);
+    document["record_backup"] = ReadRecordBackup(client);
     return document;
 }
 
@@ -213,9 +218,10 @@ void CheckConfig(const Json& document) {
         RefuseUsage("configuration", "its version is not " + std::to_string(kConfigVersion),
                     "Use the aaactl of the release that exported it");
     }
-    RefuseUnknown(document, "configuration",
-                  {"format", "version", "default_domain", "unknown_domain", "device_id",
-                   "session_limits", "domains"});
+    RefuseUnknown(
+        document, "configuration",
+        {"format", "version", "default_domain", "unknown_domain", "device_id", "session_limits",
+         "domains", "nas_id_profiles", "record_switches", "record_backup"});
     CheckFits("default domain", String(document, "default_domain"), DOM_NAME_SIZE);
     CheckFits("unknown domain", String(document, "unknown_domain"), DOM_NAME_SIZE);
     Number(document, "device_id", 0, UINT32_MAX);
@@ -224,6 +230,9 @@ void CheckConfig(const Json& document) {
     for (const auto& [session_class, limit] : limits.items()) {
         Number(limits, session_class.c_str(), 0, UINT32_MAX);
     }
+    CheckNasIdProfiles(Object(document, "nas_id_profiles"));
+    CheckRecordSwitches(Object(document, "record_switches"));
+    CheckRecordBackup(Object(document, "record_backup"));
     const Json domains = Member<Json>(document, "domains", Json::array(), &Json::is_array, "list");
     if (domains.size() > DOM_MAX_DOMAINS) {
         RefuseUsage("configuration", "it holds " + std::to_string(domains.size()) + " domains",
@@ -257,6 +266,10 @@ Json Keyed(const Json& config) {
         const std::string name = FoldedName(domain.at("name").get<std::string>());
         domain.erase("name");
         keyed["domains"][name] = domain;
+    }
+    keyed["nas_id_profiles"] = Json::object();
+    for (const auto& [name, bindings] : config.at("nas_id_profiles").items()) {
+        keyed["nas_id_profiles"][FoldedName(name)] = bindings;
     }
     return keyed;
 }

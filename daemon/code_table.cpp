@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <iterator>
 
-#include "readers.h"
+#include "nas_id_changes.h"
+#include "nas_id_readers.h"
+#include "record_readers.h"
 #include "request_checks.h"
+#include "scheme_row_reader.h"
 
 namespace aaad {
 namespace {
@@ -19,6 +22,7 @@ constexpr CodeRow Saved(uint32_t code, ChangeOperations changes,
             true,
             false,
             check,
+            nullptr,
             ReadOperations::kNone,
             Role::kConfiguration,
             nullptr};
@@ -30,6 +34,7 @@ constexpr CodeRow ReadAlone(uint32_t code) {
             kNoChange,
             false,
             false,
+            nullptr,
             nullptr,
             ReadOperations::kNone,
             Role::kConfiguration,
@@ -44,8 +49,19 @@ constexpr CodeRow ProcessWide(uint32_t code, ChangeOperations changes, bool save
     return row;
 }
 
+constexpr CodeRow InWorkingRole(uint32_t code, uint32_t (*check)(TLV_MSG*, uint32_t),
+                                void (*apply)(Request&)) {
+    CodeRow row = ReadAlone(code);
+    row.procedure = Procedure::kWorkingAlone;
+    row.changes = kSetAndDelete;
+    row.save = true;
+    row.check = check;
+    row.apply_in_working = apply;
+    return row;
+}
+
 constexpr CodeRow WithRead(CodeRow row, ReadOperations reads, Role role,
-                           Message (*read)(TLV_MSG*, uint32_t&)) {
+                           Message (*read)(const Question&, uint32_t&)) {
     row.reads = reads;
     row.read_role = role;
     row.read = read;
@@ -58,7 +74,8 @@ constexpr CodeRow AfterHandOver(CodeRow row) {
 }
 
 // Counts, walks and the device-wide names are the working role's own: only its thread reads them
-// under their lock. Session counters and the debug flag exist once a process.
+// under their lock. NAS-ID profiles exist there alone, so their changes are saved there, too.
+// Session counters and the debug flag exist once a process.
 constexpr CodeRow kRows[] = {
     Saved(DOM_MSG_DOMAIN, kSet, CheckNewDomain),
     WithRead(Saved(DOM_MSG_DEFAULT_DOMAIN, kSetAndDelete, CheckNameLength), ReadOperations::kGet,
@@ -76,6 +93,14 @@ constexpr CodeRow kRows[] = {
     Saved(DOM_MSG_AUTHOR_ATTR, kSetAndDelete, CheckExistingDomain),
     WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_LEN), ReadOperations::kAnyButChange, Role::kWorking,
              ReadNextDomainRow),
+    WithRead(ReadAlone(DOM_MSG_SCHEME_INDEX), ReadOperations::kAnyButChange, Role::kWorking,
+             ReadSchemeRow),
+    Saved(DOM_MSG_DOMAIN_ROW, kSet, CheckDomainRow),
+    Saved(DOM_MSG_SCHEME_ROW, kSetAndDelete, CheckNameLength),
+    WithRead(InWorkingRole(DOM_MSG_NASID_PROFILE, CheckNasIdProfile, ApplyNasIdProfile),
+             ReadOperations::kAnyButChange, Role::kWorking, ReadNasIdProfile),
+    WithRead(InWorkingRole(DOM_MSG_NASID_BIND, CheckNasIdBinding, ApplyNasIdBinding),
+             ReadOperations::kAnyButChange, Role::kWorking, ReadNasIdBinding),
     Saved(DOM_MSG_UNKNOWN_DOMAIN, kSetAndDelete),
     Saved(DOM_MSG_SESSION_TIME, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_DEVICE_ID, kSetAndDelete),
@@ -83,12 +108,20 @@ constexpr CodeRow kRows[] = {
     WithRead(ReadAlone(DOM_MSG_GLOBAL_DOMAIN), ReadOperations::kGet, Role::kWorking,
              ReadGlobalDomain),
     Saved(DOM_MSG_ACCT_DUAL_STACK, kSetAndDelete, CheckExistingDomain),
+    Saved(DOM_MSG_REC_EN_ONLINE_FAIL, kSetAndDelete),
+    Saved(DOM_MSG_REC_EN_OFFLINE_ALL, kSetAndDelete),
+    Saved(DOM_MSG_REC_EN_OFFLINE_NORMAL, kSetAndDelete),
+    Saved(DOM_MSG_REC_EN_OFFLINE_ABNORMAL, kSetAndDelete),
+    WithRead(ReadAlone(DOM_MSG_REC_ENABLE_INFO), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordSwitches),
     Saved(DOM_MSG_REDIRECT, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_AUTH_FAIL_DOMAIN, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_PERMIT_DOMAIN, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_ESCAPE_RECOVER, kSetAndDelete, CheckExistingDomain),
     WithRead(ProcessWide(DOM_MSG_DEBUG_FLAG, kSetAndDelete, false), ReadOperations::kGet,
              Role::kConfiguration, ReadDebugFlag),
+    WithRead(Saved(DOM_MSG_BACKUP_METHOD, kSetAndDelete), ReadOperations::kGet,
+             Role::kConfiguration, ReadBackupMethods),
     WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_INFO), ReadOperations::kAnyButChange, Role::kWorking,
              ReadNextDomain),
 };

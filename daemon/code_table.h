@@ -4,15 +4,18 @@
 #include <cstdint>
 
 #include "message.h"
+#include "readers.h"
+#include "request.h"
 #include "roles.h"
 
 namespace aaad {
 
 /// Which role a change is applied in.
 enum class Procedure : uint8_t {
-    kNone,               // the code takes no change
-    kBothRoles,          // the configuration role, then, unless refused there, the working role
-    kConfigurationAlone  // what it changes exists once a process: a second time would be wrong
+    kNone,                // the code takes no change
+    kBothRoles,           // the configuration role, then, unless refused there, the working role
+    kConfigurationAlone,  // what it changes exists once a process: a second time would be wrong
+    kWorkingAlone         // what it changes exists in the working role only
 };
 
 /// Operations that the applier understands. It takes every other one for a deletion, so no other
@@ -34,11 +37,13 @@ struct CodeRow {
     bool check_reads_working_role;
     /// 0, or the result with which the change is refused before it is applied; may be null.
     uint32_t (*check)(TLV_MSG* body, uint32_t operation);
+    /// Procedure kWorkingAlone: applies and saves the change on the working thread.
+    void (*apply_in_working)(Request& request);
 
     ReadOperations reads;
     Role read_role;
     /// The reply's data, or null and the result with which the read is refused.
-    Message (*read)(TLV_MSG* body, uint32_t& refusal);
+    Message (*read)(const Question& question, uint32_t& refusal);
 
     bool TakesChange(uint32_t operation) const;
     bool TakesRead(uint32_t operation) const;

@@ -6,6 +6,8 @@
 #include <platform/aaa_tlv.h>
 #include <sys/statvfs.h>
 
+#include <algorithm>
+
 #include "code_table.h"
 #include "failure.h"
 
@@ -121,6 +123,10 @@ void Configuration::Apply(Request& request) {
         request.result = row.check(request.body.get(), request.operation);
         if (request.result != DOM_OK) return;
     }
+    if (row.procedure == Procedure::kWorkingAlone) {
+        to_hand_over_.push_back(&request);
+        return;
+    }
     request.result =
         DOM_RestoreData(request.message.get(), row.save ? 1 : 0, 0, 0, nullptr, nullptr);
     if (row.procedure != Procedure::kBothRoles) return;
@@ -132,18 +138,40 @@ void Configuration::Apply(Request& request) {
     }
 }
 
-/// Applies the changes that only the configuration role has got so far to the working role.
+/// Applies the changes that only the configuration role has got so far to the working role. Those
+/// that the working thread saves itself are part of the same transaction: it borrows the scope.
 void Configuration::HandOver() {
     if (to_hand_over_.empty()) return;
-    working_.Run([this] {
-        for (Request* request : to_hand_over_) {
-            request->handed_over = true;
-            const Message headed(AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE,
-                                                 request->message.get()));
-            request->working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
-        }
+    const bool saves = std::any_of(
+        to_hand_over_.begin(), to_hand_over_.end(),
+        [](const Request* request) { return request->row->procedure == Procedure::kWorkingAlone; });
+    uint64_t token = 0;
+    const bool lent = saves && DBM_LendScope(handle_, &token) == 0;
+    working_.Run([&] {
+        const bool borrowed = lent && DBM_BorrowScope(token) == 0;
+        for (Request* request : to_hand_over_) ApplyInWorking(*request, borrowed);
+        // A failure to return it spoils the scope, which its commit reports.
+        if (borrowed) (void)DBM_ReturnScope(token);
     });
+    if (lent) (void)DBM_RecallScope(handle_);
     to_hand_over_.clear();
+}
+
+/// On the working thread.
+void Configuration::ApplyInWorking(Request& request, bool may_save) {
+    if (request.row->procedure == Procedure::kWorkingAlone) {
+        if (!may_save) {
+            request.result = AAAD_ERR_NOT_SAVED;
+            return;
+        }
+        request.handed_over = true;
+        request.row->apply_in_working(request);
+        return;
+    }
+    request.handed_over = true;
+    const Message headed(
+        AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE, request.message.get()));
+    request.working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
 }
 
 void Configuration::Read(const std::vector<Request*>& reads) {
@@ -154,7 +182,8 @@ void Configuration::Read(const std::vector<Request*>& reads) {
                 any_for_working = true;
                 continue;
             }
-            request->data = request->row->read(request->body.get(), request->result);
+            request->data = request->row->read({request->body.get(), request->operation, handle_},
+                                               request->result);
         }
     };
     answer(Role::kConfiguration);

@@ -51,6 +51,7 @@ class Configuration {
     Outcome TryChange(const std::vector<Request*>& changes);
     void Apply(Request& request);
     void HandOver();
+    static void ApplyInWorking(Request& request, bool may_save);
     void Read(const std::vector<Request*>& reads);
 
     void Load();

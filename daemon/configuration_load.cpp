@@ -13,6 +13,7 @@
 #include "code_table.h"
 #include "configuration.h"
 #include "failure.h"
+#include "nas_id_load.h"
 
 namespace aaad {
 
@@ -55,6 +56,10 @@ void Configuration::Load() {
     const bool configuration_loaded = LoadRoleTables(handle_, report_);
     working_.Run([&] {
         working_loaded = LoadRoleTables(handle_, working_report);
+        if (working_loaded && !LoadNasIdProfiles(handle_)) {
+            (void)DOM_DomainInfoTableFini();
+            working_loaded = false;
+        }
         if (working_loaded && !configuration_loaded) (void)DOM_DomainInfoTableFini();
     });
     if (configuration_loaded && !working_loaded) (void)DOM_DomainInfoTableFini();

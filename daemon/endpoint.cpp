@@ -42,9 +42,15 @@ Message Frame(uint16_t kind, TLV_MSG* body) {
     return reply;
 }
 
-Message ResultBody(uint32_t result) {
+Message ResultBody(const Request& request) {
     Message body(TLV_Create());
-    if (!body || AAA_AppendUINTTlvData(body.get(), DOM_TLV_RESULT, result) != 0) return nullptr;
+    if (body && request.name_type != 0 &&
+        AAA_AppendStrTlvData(body.get(), request.name_type, request.name) != 0) {
+        return nullptr;
+    }
+    if (!body || AAA_AppendUINTTlvData(body.get(), DOM_TLV_RESULT, request.result) != 0) {
+        return nullptr;
+    }
     return body;
 }
 
@@ -175,7 +181,7 @@ void Endpoint::Answer(Request& request) {
     if (request.data) {
         reply = Frame(DOM_REPLY_KIND_DATA, request.data.get());
     } else {
-        reply = Frame(DOM_REPLY_KIND_RESULT, ResultBody(request.result).get());
+        reply = Frame(DOM_REPLY_KIND_RESULT, ResultBody(request).get());
     }
     // Without memory for the reply the closed connection tells the client that there is none. A
     // client that has gone or does not read loses its reply, not the daemon's time.

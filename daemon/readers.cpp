@@ -24,37 +24,38 @@ Message WalkData(TLV_MSG* encoded, uint32_t status, uint32_t& refusal) {
 
 }  // namespace
 
-Message ReadDefaultDomain(TLV_MSG*, uint32_t& refusal) {
+Message ReadDefaultDomain(const Question&, uint32_t& refusal) {
     char name[DOM_NAME_SIZE] = {};
     DOM_GetDefaultDomainName(name);
     return Data(DOM_EncodeDefaultDomain(name, 0), refusal);
 }
 
-Message ReadDomainCount(TLV_MSG*, uint32_t& refusal) {
+Message ReadDomainCount(const Question&, uint32_t& refusal) {
     uint32_t count = 0;
     (void)DOM_GetDomainCount(&count);  // 0 with an output to write to
     return Data(DOM_EncodeDomainCount(count), refusal);
 }
 
-Message ReadDomain(TLV_MSG* body, uint32_t& refusal) {
+Message ReadDomain(const Question& question, uint32_t& refusal) {
     // A name one character too long is another name, not the one that it begins with.
     char name[DOM_NAME_SIZE + 1] = {};
-    TLV_MSG* record =
-        DOM_DecodeDomainName(body, sizeof name, name) == DOM_OK ? DOM_EncodeDomain(name) : nullptr;
+    TLV_MSG* record = DOM_DecodeDomainName(question.body, sizeof name, name) == DOM_OK
+                          ? DOM_EncodeDomain(name)
+                          : nullptr;
     if (record == nullptr) refusal = AAAD_ERR_NO_OBJECT;
     return Message(record);
 }
 
-Message ReadSessionLimits(TLV_MSG*, uint32_t& refusal) {
+Message ReadSessionLimits(const Question&, uint32_t& refusal) {
     SessionLimits limits{};
     DOM_GetAllSessionLimit(&limits);
     return Data(DOM_EncodeAllSessionLimit(&limits), refusal);
 }
 
-Message ReadNextDomainRow(TLV_MSG* body, uint32_t& refusal) {
+Message ReadNextDomainRow(const Question& question, uint32_t& refusal) {
     char name[DOM_NAME_SIZE] = {};
     uint32_t name_length = 0;
-    if (DOM_DecodeDomainNameAndLen(body, sizeof name, name, &name_length) != DOM_OK) {
+    if (DOM_DecodeDomainNameAndLen(question.body, sizeof name, name, &name_length) != DOM_OK) {
         refusal = AAAD_ERR_MALFORMED;
         return nullptr;
     }
@@ -63,7 +64,7 @@ Message ReadNextDomainRow(TLV_MSG* body, uint32_t& refusal) {
     return WalkData(record, status, refusal);
 }
 
-Message ReadGlobalDomain(TLV_MSG*, uint32_t& refusal) {
+Message ReadGlobalDomain(const Question&, uint32_t& refusal) {
     GlobalDomain global{};
     DOM_GetGlobalDomainName(&global);
     return Data(
@@ -71,13 +72,13 @@ Message ReadGlobalDomain(TLV_MSG*, uint32_t& refusal) {
         refusal);
 }
 
-Message ReadDebugFlag(TLV_MSG*, uint32_t& refusal) {
+Message ReadDebugFlag(const Question&, uint32_t& refusal) {
     return Data(DOM_EncodeDebugFlag(DOM_AAAGetDebugFlag()), refusal);
 }
 
-Message ReadNextDomain(TLV_MSG* body, uint32_t& refusal) {
+Message ReadNextDomain(const Question& question, uint32_t& refusal) {
     char name[DOM_NAME_SIZE] = {};
-    if (DOM_DecodeDomainNameInfo(body, sizeof name, name) != DOM_OK) {
+    if (DOM_DecodeDomainNameInfo(question.body, sizeof name, name) != DOM_OK) {
         refusal = AAAD_ERR_MALFORMED;
         return nullptr;
     }

@@ -1,19 +1,28 @@
 // Builds the data of replies, each in the role that its row of the code table names.
 #pragma once
 
+#include <platform/dbm.h>
+
 #include <cstdint>
 
 #include "message.h"
 
 namespace aaad {
 
-Message ReadDefaultDomain(TLV_MSG* body, uint32_t& refusal);
-Message ReadDomainCount(TLV_MSG* body, uint32_t& refusal);
-Message ReadDomain(TLV_MSG* body, uint32_t& refusal);
-Message ReadSessionLimits(TLV_MSG* body, uint32_t& refusal);
-Message ReadNextDomainRow(TLV_MSG* body, uint32_t& refusal);
-Message ReadGlobalDomain(TLV_MSG* body, uint32_t& refusal);
-Message ReadDebugFlag(TLV_MSG* body, uint32_t& refusal);
-Message ReadNextDomain(TLV_MSG* body, uint32_t& refusal);
+/// What a read asks for.
+struct Question {
+    TLV_MSG* body;
+    uint32_t operation;
+    DBM_HANDLE handle;  // for what is walked in the database alone
+};
+
+Message ReadDefaultDomain(const Question& question, uint32_t& refusal);
+Message ReadDomainCount(const Question& question, uint32_t& refusal);
+Message ReadDomain(const Question& question, uint32_t& refusal);
+Message ReadSessionLimits(const Question& question, uint32_t& refusal);
+Message ReadNextDomainRow(const Question& question, uint32_t& refusal);
+Message ReadGlobalDomain(const Question& question, uint32_t& refusal);
+Message ReadDebugFlag(const Question& question, uint32_t& refusal);
+Message ReadNextDomain(const Question& question, uint32_t& refusal);
 
 }  // namespace aaad

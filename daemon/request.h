@@ -46,7 +46,9 @@ struct Request {
     const CodeRow* row = nullptr;
     Kind kind = Kind::kAnswered;
 
-    uint32_t result = 0;          // the answer, unless there is data
+    uint32_t result = 0;  // the answer, unless there is data
+    char name[32] = {};   // goes in front of the result when it has a type
+    uint16_t name_type = 0;
     Message data;                 // the answer of a read
     bool handed_over = false;     // the working role got the change, too
     uint32_t working_result = 0;  // and what it said

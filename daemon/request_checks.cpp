@@ -95,6 +95,13 @@ uint32_t CheckExistingDomain(TLV_MSG* body, uint32_t operation) {
     return DOM_IsDomainExist(name) ? DOM_OK : DOM_ERR_FAILED;
 }
 
+uint32_t CheckDomainRow(TLV_MSG* body, uint32_t) {
+    NameBuffer name;
+    bool found;
+    if (!ReadName(body, name, found) || !found) return AAAD_ERR_MALFORMED;
+    return name[0] == '\0' || IsTooLong(name) ? AAAD_ERR_DOMAIN_NAME : DOM_OK;
+}
+
 uint32_t CheckNameLength(TLV_MSG* body, uint32_t) {
     NameBuffer name;
     bool found;

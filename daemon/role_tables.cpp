@@ -5,6 +5,7 @@
 #include <aaadom/domain.h>
 #include <aaadom/domain_table.h>
 #include <aaadom/method_list.h>
+#include <aaadom/record_switches.h>
 #include <aaadom/session.h>
 #include <aaadom/settings.h>
 
@@ -117,10 +118,29 @@ void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
     }
 }
 
+/// What switches and flags start as when none are saved; the tables read it when they are made. The
+/// two words are the process's, so both roles write the same.
+void LoadRecordDefaults(DBM_HANDLE handle) {
+    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
+    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
+}
+
+void LoadRecordSettings(DBM_HANDLE handle) {
+    RecordSwitches switches{};
+    if (DOM_GetRecordEnableInfoFromDB(handle, &switches) == DOM_OK) {
+        DOM_SetRecordEnableInfoAll(&switches);
+    }
+    BackupMethods methods{};
+    if (DOM_GetRecordBackupInfoFromDBStruct(handle, &methods) == DOM_OK) {
+        DOM_SetAAAUserRecordBackupMethod(&methods);
+    }
+}
+
 }  // namespace
 
 bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
     report = LoadReport();
+    LoadRecordDefaults(handle);
     if (DOM_DomainInfoTableInit() != DOM_OK) return false;
     bool complete = false;
     try {
@@ -133,6 +153,7 @@ bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
         return false;
     }
     LoadSettings(handle, report);
+    LoadRecordSettings(handle);
     return true;
 }
 

@@ -5,11 +5,15 @@ namespace aaactl {
 Commands AllCommands() {
     Commands commands;
     AddDomainCommands(commands);
+    AddDomainRowCommands(commands);
     AddDomainSetCommands(commands);
     AddDomainMethodCommands(commands);
     AddDomainAttributeCommands(commands);
+    AddSchemeCommands(commands);
     AddGlobalCommands(commands);
     AddSessionLimitCommands(commands);
+    AddNasIdCommands(commands);
+    AddRecordCommands(commands);
     AddConfigCommands(commands);
     AddSelfCommands(commands);
     return commands;

@@ -15,6 +15,8 @@
 #include "../command.h"
 #include "../model.h"
 #include "../names.h"
+#include "../nas_id.h"
+#include "../records.h"
 #include "../texts.h"
 
 namespace aaactl {
@@ -59,7 +61,7 @@ Json LoadConfig(const std::string& path) {
 Json Completed(const Json& document, const Json& running) {
     Json complete = running;
     for (const auto& [name, value] : document.items()) {
-        if (name == "session_limits") {
+        if (name == "session_limits" || name == "record_switches" || name == "record_backup") {
             complete[name].update(value);
         } else {
             complete[name] = value;
@@ -184,7 +186,8 @@ class Import : public Command {
         : Command({"config", "import"}, "Bring the running configuration to what a file holds") {}
     void Define(CLI::App& app) override {
         app.add_option("file", path_, "A file that config export wrote, or -")->required();
-        app.add_flag("--replace", replace_, "Delete the domains that the file does not hold");
+        app.add_flag("--replace", replace_,
+                     "Delete the domains and NAS-ID profiles that the file does not hold");
     }
     void Run(Context& context) override {
         const Json wanted = LoadConfig(path_);
@@ -241,6 +244,10 @@ class Import : public Command {
             context.output.Progress("config import", ++done, total);
         }
         ImportGlobal(client, wanted);
+        if (wanted.contains("nas_id_profiles")) {
+            ApplyNasIdProfiles(client, wanted.at("nas_id_profiles"), replace_);
+        }
+        ImportRecords(client, wanted);
         if (!full) DeleteAll(client, doomed);
         context.output.Line(std::to_string(domains.size()) + " domains are imported, " +
                             std::to_string(doomed.size()) + " deleted");
@@ -331,6 +338,17 @@ class Import : public Command {
             Demand(client, "session limit",
                    DOM_EncodeSessionLimit(ParseSessionClass(session_class), limit.get<uint32_t>()),
                    DOM_OP_SET);
+        }
+    }
+
+    static void ImportRecords(Client& client, const Json& wanted) {
+        const Json switches = wanted.value("record_switches", Json::object());
+        for (const auto& [name, on] : switches.items()) {
+            SetRecordSwitch(client, name, on.get<bool>());
+        }
+        const Json backup = wanted.value("record_backup", Json::object());
+        for (const auto& [name, on] : backup.items()) {
+            SetRecordBackup(client, name, on.get<bool>());
         }
     }
 

@@ -13,15 +13,20 @@
 #include <aaadom/management.h>
 #include <aaadom/method_codec.h>
 #include <aaadom/method_list.h>
+#include <aaadom/nas_id.h>
+#include <aaadom/nas_id_codec.h>
 #include <aaadom/policy.h>
 #include <aaadom/profile.h>
+#include <aaadom/record_codec.h>
 #include <aaadom/record_switches.h>
 #include <aaadom/restore.h>
 #include <aaadom/results.h>
+#include <aaadom/rows.h>
 #include <aaadom/service.h>
 #include <aaadom/session.h>
 #include <aaadom/settings.h>
 #include <aaadom/settings_codec.h>
 #include <aaadom/types.h>
+#include <aaadom/user_record.h>
 
 #endif

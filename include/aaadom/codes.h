@@ -136,19 +136,38 @@ enum DomTlvType {
     DOM_TLV_ATTR_RATE3_X1024 = 73,
     DOM_TLV_ATTR_RATE4_X1024 = 74,
     DOM_TLV_ATTR_K0_WORD3 = 75,
-    DOM_TLV_DUAL_STACK_MODE = 76,        /* UINT32 */
-    DOM_TLV_RECORDS_STATE = 96,          /* UINT32 */
-    DOM_TLV_USER_RECORD = 178,           /* sub */
-    DOM_TLV_RECORD_KIND = 180,           /* UINT32: 1, 3, 4 */
-    DOM_TLV_RECORD_SERIAL = 264,         /* UINT64 */
-    DOM_TLV_REDIRECT_CODE = 353,         /* UINT32 */
-    DOM_TLV_AUTH_FAIL_DOMAIN = 358,      /* text 256 */
-    DOM_TLV_PERMIT_DOMAIN = 374,         /* text 256 */
-    DOM_TLV_ESCAPE_SETTING = 375,        /* UINT32 carrying 16 bits */
-    DOM_TLV_ESCAPE_DOMAIN = 376,         /* text 256 */
-    DOM_TLV_DEBUG_FLAG = 377,            /* UINT32 */
-    DOM_TLV_CRITICAL_PROFILE_NAME = 389, /* text 32 */
-    DOM_TLV_AUTH_FAIL_KIND = 411,        /* UINT32 carrying 16 bits */
+    DOM_TLV_DUAL_STACK_MODE = 76,          /* UINT32 */
+    DOM_TLV_RECORDS_STATE = 96,            /* UINT32 */
+    DOM_TLV_RECORD_SECOND_NAME = 164,      /* text 256 */
+    DOM_TLV_RECORD_FIRST_NAME = 165,       /* text 256 */
+    DOM_TLV_RECORD_FIRST_NUMBER = 166,     /* UINT32 */
+    DOM_TLV_RECORD_IPV4 = 167,             /* raw 4 */
+    DOM_TLV_RECORD_IPV6 = 168,             /* raw 16 */
+    DOM_TLV_RECORD_MAC = 169,              /* raw 6 */
+    DOM_TLV_RECORD_INTERFACE = 170,        /* text 48 */
+    DOM_TLV_RECORD_NUMBER16_1 = 171,       /* USHORT */
+    DOM_TLV_RECORD_NUMBER16_2 = 172,       /* USHORT */
+    DOM_TLV_RECORD_NUMBER16_3 = 173,       /* USHORT */
+    DOM_TLV_RECORD_SECOND_NUMBER = 174,    /* UINT32 */
+    DOM_TLV_RECORD_THIRD_NUMBER = 175,     /* UINT32 */
+    DOM_TLV_RECORD_FOURTH_NUMBER = 176,    /* UINT32 */
+    DOM_TLV_USER_RECORD = 178,             /* sub */
+    DOM_TLV_RECORD_KIND = 180,             /* UINT32: 1, 3, 4 */
+    DOM_TLV_SWITCH_ONLINE_FAIL = 181,      /* USHORT */
+    DOM_TLV_SWITCH_OFFLINE_ALL = 182,      /* USHORT */
+    DOM_TLV_SWITCH_OFFLINE_NORMAL = 183,   /* USHORT */
+    DOM_TLV_SWITCH_OFFLINE_ABNORMAL = 184, /* USHORT */
+    DOM_TLV_RECORD_DETAIL = 207,           /* raw, as long as 208 says */
+    DOM_TLV_RECORD_DETAIL_LEN = 208,       /* UINT32, bytes with the terminator */
+    DOM_TLV_RECORD_SERIAL = 264,           /* UINT64 */
+    DOM_TLV_REDIRECT_CODE = 353,           /* UINT32 */
+    DOM_TLV_AUTH_FAIL_DOMAIN = 358,        /* text 256 */
+    DOM_TLV_PERMIT_DOMAIN = 374,           /* text 256 */
+    DOM_TLV_ESCAPE_SETTING = 375,          /* UINT32 carrying 16 bits */
+    DOM_TLV_ESCAPE_DOMAIN = 376,           /* text 256 */
+    DOM_TLV_DEBUG_FLAG = 377,              /* UINT32 */
+    DOM_TLV_CRITICAL_PROFILE_NAME = 389,   /* text 32 */
+    DOM_TLV_AUTH_FAIL_KIND = 411,          /* UINT32 carrying 16 bits */
     DOM_TLV_ATTR_K23_WORD = 412,
     DOM_TLV_ATTR_K22_TEXT = 413, /* text 32 */
     DOM_TLV_ATTR_K24_WORD = 414,
@@ -165,7 +184,10 @@ enum DomTlvType {
     DOM_TLV_ATTR_RATE3 = 470,
     DOM_TLV_ATTR_RATE4 = 471,
     DOM_TLV_ATTR_K26_SELECTED = 472, /* text 256 */
-    DOM_TLV_ATTR_K26_OTHER = 473     /* text 256 */
+    DOM_TLV_ATTR_K26_OTHER = 473,    /* text 256 */
+
+    /* The daemon's own, far from what the device's other programs number. */
+    DOM_TLV_NASID_BINDING = 0xF001 /* sub: a message of code 17 */
 };
 
 /* Network-order method item: its own number space, stored with the policies. */

@@ -9,6 +9,19 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
+/** One profile name of a list. */
+typedef struct DomProfileNameNode {
+    struct DomProfileNameNode* next;
+    char name[32];
+} DomProfileNameNode;
+
+/** Profile names in the order of their keys. The caller clears it before the first walk and frees
+ *  every node with free. */
+typedef struct DomProfileNameList {
+    DomProfileNameNode* head;
+    DomProfileNameNode* tail;
+} DomProfileNameList;
+
 /** Handle of the configuration table that every writer of the library uses; -1 means none.
  *  Set with DOM_SetDomainDBMHandle. */
 extern DBM_HANDLE g_hDomDbmHandle;
@@ -38,13 +51,17 @@ void DOM_SetDomainDBMHandle(DBM_HANDLE handle) AAADOM_NOEXCEPT;
  * Saves or deletes the object that a change record names, through g_hDomDbmHandle. What is written
  * is the present state of the calling role's tables, not something out of the record. Types: 1 a
  * domain record (deleting is DOM_DeleteDomainToDBByIndex's, here it does nothing and gives 0); 2
- * default and 6 unknown domain (deleting leaves the key with an empty value); 3 session limits and
- * 7 device ID (the operation is not looked at).
+ * default and 6 unknown domain (deleting leaves the key with an empty value); 3 session limits, 7
+ * device ID, 11 record switches and 38 backup methods (the operation is not looked at); 4 a NAS-ID
+ * profile and 5 one of its bindings, which alone are written from the record's own fields: an
+ * existing profile and a binding that is stored already are successes that write nothing, another
+ * NAS-ID for the VLAN replaces the entry in one transaction, deleting what is not there fails.
  * @param request  borrowed; operation 1 adds or modifies, anything else deletes.
  * @return 0; DOM_ERR_FAILED: null request, a type without a saved form, a domain that is not in the
- *         table (nothing is written), no memory, or the database refused.
- * @thread any; type 1 takes the calling role's table mutex, the caller holds none. The database is
- *         called without it.
+ *         table (nothing is written), a profile that is not stored (types 4 deleting and 5), no
+ *         memory, or the database refused.
+ * @thread any; type 1 takes the calling role's table mutex, types 11 and 38 its record locks; the
+ *         caller holds none. The database is called without them.
  */
 uint32_t DOM_SetDataToDB(const DomDbUpdateReq* request) AAADOM_NOEXCEPT;
 
@@ -109,6 +126,86 @@ uint32_t DOM_GetSessionLimitFromDB(DBM_HANDLE handle, uint32_t limits[5]) AAADOM
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetDeviceIDFromDB(DBM_HANDLE handle, uint32_t* out) AAADOM_NOEXCEPT;
+
+/**
+ * Reads the saved record switches.
+ * @param handle  borrowed.
+ * @param out  a switch that the stored message lacks stays as it was.
+ * @return 0; DOM_ERR_FAILED: never saved, undecodable, no memory, null output.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetRecordEnableInfoFromDB(DBM_HANDLE handle, RecordSwitches* out) AAADOM_NOEXCEPT;
+
+/**
+ * Reads the saved backup methods.
+ * @param handle  borrowed.
+ * @param out  flags that are saved as on become 1, the others stay as they were: clear it first.
+ * @return 0; DOM_ERR_FAILED: never saved, undecodable, no memory, null output.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetRecordBackupInfoFromDBStruct(DBM_HANDLE handle, BackupMethods* out) AAADOM_NOEXCEPT;
+
+/**
+ * Saves what the record switches start as (DOM_GetUserRecordEnableDefault), through
+ * g_hDomDbmHandle.
+ * @return 0; DOM_ERR_FAILED when the database refused.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_SetRecordEnableSwitchOnToDB(void) AAADOM_NOEXCEPT;
+
+/**
+ * Reads what the record switches start as.
+ * @param handle  borrowed.
+ * @return the saved value, not a result code; 0 when none is saved.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetUserRecordEnableDefaultFromDB(DBM_HANDLE handle) AAADOM_NOEXCEPT;
+
+/**
+ * Saves what the backup flags start as (DOM_GetUserRecordBackupMethodDefault), through
+ * g_hDomDbmHandle.
+ * @return 0; DOM_ERR_FAILED when the database refused.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_SetRecordBackupMethodDefaultToDB(void) AAADOM_NOEXCEPT;
+
+/**
+ * Reads what the backup flags start as.
+ * @param handle  borrowed.
+ * @return the saved value, not a result code; 0 when none is saved.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetRecordBackupMethodDefaultFromDB(DBM_HANDLE handle) AAADOM_NOEXCEPT;
+
+/**
+ * Builds the key of a NAS-ID profile's list.
+ * @param name  borrowed; what makes the key longer than 128 characters is cut. Null counts as
+ *              empty.
+ * @param key  129 bytes; may be null.
+ * @return length of the key with its terminator, at most 129; 0 for a null key.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetDBkeyFromProfileName(const char* name, char* key) AAADOM_NOEXCEPT;
+
+/**
+ * Tells whether a NAS-ID profile is saved.
+ * @param handle  borrowed.
+ * @param name  compared exactly, letter case included, unlike names in the table.
+ * @return 1; 0 when it is not.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_IsExistProfileName(DBM_HANDLE handle, const char* name) AAADOM_NOEXCEPT;
+
+/**
+ * Lists the saved NAS-ID profiles.
+ * @param handle  borrowed.
+ * @param list  the names are appended at its tail; what it holds stays.
+ * @return 0; DOM_ERR_NOT_FOUND when none is saved; DOM_ERR_FAILED when the database's answer has no
+ *         room in memory or list is null. When memory runs out between two names the result is 0
+ *         and the list holds the names so far.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetAllNasIdProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;
 
 /**
  * The saved session limit of one access type, from a handle that is opened for this one read.

@@ -21,13 +21,15 @@ enum DomDbObject {
     DOM_DB_ITA_POLICY = 8,
     DOM_DB_REC_POLICY = 9,
     DOM_DB_RECORD_ENABLE = 11,
+    DOM_DB_RECORD_ENABLE_DEFAULT = 12, /* value type only */
     DOM_DB_CRITICAL_PROFILE = 23,
     DOM_DB_CRITICAL_ENTRY = 24,
     DOM_DB_CRITICAL_SEGMENT = 25,
     DOM_DB_AUTHOR_PROFILE = 33,
     DOM_DB_AUTHOR_ENTRY = 34,
     DOM_DB_AUTHOR_SEGMENT = 35,
-    DOM_DB_RECORD_BACKUP = 38
+    DOM_DB_RECORD_BACKUP = 38,
+    DOM_DB_RECORD_BACKUP_DEFAULT = 39 /* value type only */
 };
 
 /* The three oldest keys are stored without their terminating NUL, every other key with it.
@@ -42,6 +44,28 @@ enum DomDbObject {
 #define DOM_DB_KEY_SESSION_LIMIT_LEN 13u
 #define DOM_DB_KEY_DEVICE_ID "AaaDeviceID"
 #define DOM_DB_KEY_DEVICE_ID_LEN 12u
+
+#define DOM_DB_KEY_RECORD_ENABLE "AaaUserRecord"
+#define DOM_DB_KEY_RECORD_ENABLE_LEN 14u
+#define DOM_DB_KEY_RECORD_ENABLE_DEFAULT "AaaUserRecordSwitchOn"
+#define DOM_DB_KEY_RECORD_ENABLE_DEFAULT_LEN 22u
+#define DOM_DB_KEY_RECORD_BACKUP "AaaUserRecordBackup"
+#define DOM_DB_KEY_RECORD_BACKUP_LEN 20u
+#define DOM_DB_KEY_RECORD_BACKUP_DEFAULT "AaaUserRecordBackupDefault"
+#define DOM_DB_KEY_RECORD_BACKUP_DEFAULT_LEN 27u
+
+/* A profile's key is this prefix and the profile's name, cut to 128 characters. */
+#define DOM_DB_PREFIX_NASID_PROFILE "profilename_"
+#define DOM_DB_PREFIX_NASID_PROFILE_LEN 12u
+#define DOM_DB_PROFILE_KEY_SIZE 129u
+
+/* Entry of a NAS-ID profile's sorted list: VLAN identifier in host order, the sort key, then the
+ * NAS-ID, terminated and filled up with zeros. */
+#define DOM_DB_NASID_ENTRY_SIZE 34u
+#define DOM_DB_NASID_ENTRY_VLAN_OFFSET 0u
+#define DOM_DB_NASID_ENTRY_VLAN_SIZE 2u
+#define DOM_DB_NASID_ENTRY_TEXT_OFFSET 2u
+#define DOM_DB_NASID_ENTRY_TEXT_SIZE 32u
 
 #define DOM_DB_VALUE_MAX 65535u
 

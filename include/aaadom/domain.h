@@ -106,9 +106,9 @@ uint32_t DOM_AddDomainByName(const char* name) AAADOM_NOEXCEPT;
  * Adds a domain that a row request (DOM_MSG_DOMAIN_ROW) filled. Its lists of the default service
  * are replaced by the default lists first. Room is judged by the working role's count, whatever
  * role calls; a configuration role that is full itself while the working role is not counts and
- * lists the domain without storing the record, which nobody frees then.
- * @param record  consumed on success: owned by the library then. On failure it stays the caller's,
- * with the default lists that were attached by then.
+ * lists the domain and returns DOM_ADD_OK without storing the record, which is destroyed then.
+ * @param record  consumed on success: owned by the library then, and not to be read again. On
+ * failure it stays the caller's, with the default lists that were attached by then.
  * @return DOM_ADD_OK; DOM_ADD_FAILED when the name exists or an allocation failed;
  * DOM_ADD_TABLE_FULL when the working role has 1024 domains.
  * @thread any; takes the calling role's table mutex, the caller holds none. Releases it, except

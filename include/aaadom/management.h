@@ -291,6 +291,33 @@ uint32_t MOR_GetDomainInfoTable(const char* name, uint32_t name_length, uint32_t
 uint32_t MOR_GetMibSchemeTable(const char* domain, uint32_t name_length, uint32_t scheme_index,
                                uint32_t op, MibSchemeRow* row, uint32_t* result) AAADOM_NOEXCEPT;
 
+/**
+ * Creates (op DOM_OP_SET) or deletes (op DOM_OP_DELETE) a NAS-ID profile; code 16. Walks the reply
+ * to its end, so the name may stand on either side of the result.
+ * @param profile_name  at most 31 characters.
+ * @param result  receives the result of the reply as it is: 0, 1 no memory, 2 no such profile, 15
+ *                exists already. Untouched when the reply carries none.
+ * @param name_out  32 bytes: at most 31 characters and the terminator; receives the name that the
+ *                  reply carries, in its stored spelling. Untouched when it carries none; may be
+ *                  null.
+ * @return 0 when the reply carries a result, whatever its value; DOM_ERR_FAILED for a reply without
+ *         one and without a reply.
+ */
+uint32_t MOR_SetAaaNasIdProfile(const char* profile_name, uint32_t op, uint32_t* result,
+                                char* name_out) AAADOM_NOEXCEPT;
+
+/**
+ * Binds (op DOM_OP_SET) a VLAN of a NAS-ID profile to a NAS-ID, or removes the binding (op
+ * DOM_OP_DELETE); code 17.
+ * @param profile_name  at most 31 characters, in any letter case.
+ * @param nas_id  at most 31 characters; a delete must name the NAS-ID that is bound.
+ * @param vlan_id  VLAN identifier.
+ * @return the daemon's result: 0, 1 no such profile or no memory, 2 no such binding, 15 bound
+ * already; DOM_ERR_FAILED without a reply.
+ */
+uint32_t MOR_SetNasIdBindVlanId(const char* profile_name, const char* nas_id, uint16_t vlan_id,
+                                uint32_t op) AAADOM_NOEXCEPT;
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }

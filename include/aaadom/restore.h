@@ -13,8 +13,10 @@ extern "C" {
  * Applies one configuration message to the calling role's tables.
  *
  * Every operation other than 0 deletes, reads included: never give it a request with operation 2.
- * A case that records no change (codes 9 and 145) has no saved form, so with save 1 it is applied
- * and the result is DOM_ERR_FAILED; code 9 is applied with save 1 only.
+ * A case that records no change (codes 9, 81 and 145) has no saved form, so with save 1 it is
+ * applied and the result is DOM_ERR_FAILED; code 9 is applied with save 1 only. Codes 16 and 17 are
+ * refused on the configuration thread: NAS-ID profiles live in the working role alone. Code 17 is
+ * saved under the stored spelling of its profile.
  * @param msg  borrowed; begins with the operation head (AAA_AddOpHead).
  * @param save  1 = after a successful change store the changed object (DOM_SetDataToDB), and remove
  *              the array element that a moved domain leaves behind; any other value = do not.
@@ -24,10 +26,12 @@ extern "C" {
  * name that became the default or unknown domain. Filled also when the change failed after the
  * message was decoded. Untouched when the name is empty; may be null.
  * @param name2_out  receives the accounting-policy name of the change; the same rules.
- * @return 0; DOM_ERR_FAILED: no operation head, no or an unknown message code, undecodable message,
- *         unknown domain (codes 4, 11, 19, 130, 132, 143, 144), full table (codes 0 and 3), no
- * memory, or the change could not be saved. Codes 7, 21 and 30 pass over an unknown domain: 0 with
- *         save 0, DOM_ERR_FAILED with save 1, because there is no domain to store.
+ * @return 0; what DOM_ProcDomainTable and DOM_ProcSchemeTable return (codes 14 and 15);
+ * DOM_ERR_FAILED: code 14 with another operation than 0, any result of DOM_ProcNasIdProfileCfg and
+ * DOM_ProcNasIdBindVlanIdCfg but 0 (codes 16 and 17), no operation head, no or an unknown message
+ * code, undecodable message, unknown domain (codes 4, 11, 19, 130, 132, 143, 144), full table
+ * (codes 0 and 3), no memory, or the change could not be saved. Codes 7, 21 and 30 pass over an
+ * unknown domain: 0 with save 0, DOM_ERR_FAILED with save 1, because there is no domain to store.
  * @thread any; works on the caller's role. Takes that role's table mutex, the caller holds none;
  * the database is called without it.
  */

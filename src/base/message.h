@@ -30,6 +30,10 @@ class TlvItem {
     uint32_t Length() const noexcept { return TLV_GetLenByIterator(msg_, it_); }
     uint32_t U32() const noexcept { return AAA_GetUINTTlvValue(msg_, it_); }
     uint64_t U64() const noexcept { return AAA_GetUINT64TlvValue(msg_, it_); }
+    /// Fails, and keeps `value`, when the TLV is shorter than 16 bits.
+    [[nodiscard]] uint32_t U16(uint16_t* value) const noexcept {
+        return AAA_GetUSHORTTlvValue(msg_, it_, value);
+    }
     /// Cuts to `capacity` and terminates.
     [[nodiscard]] uint32_t Text(char* buffer, uint32_t capacity) const noexcept {
         return AAA_GetStrTlvValue(msg_, it_, capacity, buffer);
@@ -138,6 +142,8 @@ class Appender {
         return *this;
     }
     [[nodiscard]] bool Failed() const noexcept { return folded_ != 0; }
+    /// For appends that this class has no call for; their results go to Fold.
+    TLV_MSG* Message() const noexcept { return msg_; }
 
   private:
     TLV_MSG* msg_;

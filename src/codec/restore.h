@@ -56,6 +56,19 @@ uint32_t RestoreAuthFailDomain(Restore& restore);
 uint32_t RestorePermitDomain(Restore& restore);
 uint32_t RestoreEscapeRecover(Restore& restore);
 
+// Rows of the domain and scheme tables.
+uint32_t RestoreDomainRow(Restore& restore);
+uint32_t RestoreSchemeRow(Restore& restore);
+
+// NAS-ID profiles, which only the working role has.
+uint32_t RestoreNasIdProfile(Restore& restore);
+uint32_t RestoreNasIdBinding(Restore& restore);
+
+// Which user records are kept and backed up.
+uint32_t RestoreRecordSwitch(Restore& restore);
+uint32_t RestoreAllRecordSwitches(Restore& restore);
+uint32_t RestoreBackupMethods(Restore& restore);
+
 // Settings of the device.
 uint32_t RestoreDefaultDomain(Restore& restore);
 uint32_t RestoreUnknownDomain(Restore& restore);

@@ -2,6 +2,7 @@
 
 #include <aaadom/codes.h>
 #include <aaadom/method_list.h>
+#include <aaadom/rows.h>
 
 #include "codec/field_table.h"
 #include "codec/table_lock.h"
@@ -50,7 +51,7 @@ TlvPtr EncodeWalkedRow(GetRow&& get_row, uint32_t& status) noexcept {
         if (DOM_IsSchemeTableNull() == 1) status = DOM_WALK_NONE;
         return nullptr;
     }
-    row.row_status = kRowActive;
+    row.row_status = DOM_ROW_ACTIVE;
     msg = FillSchemeRow(std::move(msg), nullptr, row);
     if (msg) status = DOM_WALK_OK;
     return msg;

@@ -7,9 +7,6 @@
 
 namespace aaadom {
 
-/// Row statuses of TLV 33.
-enum RowStatus : uint32_t { kRowActive = 1, kRowCreateAndGo = 4 };
-
 /// `flags` null leaves the field-presence flags out.
 TlvPtr EncodeDomainRow(const uint64_t* flags, const DomainMibRow& row,
                        uint32_t row_status) noexcept;

@@ -24,6 +24,8 @@ inline constexpr ValueMessage<3> kSchemeIndexMessage = {DOM_MSG_SCHEME_INDEX,
                                                         {kDomainName,
                                                          {DOM_TLV_NAME_LENGTH, ValueKind::kWord},
                                                          {DOM_TLV_SCHEME_INDEX, ValueKind::kWord}}};
+inline constexpr ValueMessage<1> kNasIdProfileMessage = {
+    DOM_MSG_NASID_PROFILE, {{DOM_TLV_NASID_PROFILE, ValueKind::kName}}};
 inline constexpr ValueMessage<1> kUnknownDomainMessage = {
     DOM_MSG_UNKNOWN_DOMAIN, {{DOM_TLV_UNKNOWN_DOMAIN, ValueKind::kName}}};
 inline constexpr ValueMessage<2> kSessionTimeMessage = {

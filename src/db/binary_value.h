@@ -1,4 +1,4 @@
-// Binary values of the configuration table: one whole value a key.
+// Keys of the configuration table and binary values: one whole value a key.
 #pragma once
 
 #include <aaadom/database.h>
@@ -30,6 +30,11 @@ constexpr int32_t kReadWhole = 0;
 inline int32_t LoadBinary(DBM_HANDLE handle, const char* key, uint32_t key_length,
                           uint32_t capacity, void* value) noexcept {
     return DBM_GetBinary(handle, key, key_length, kReadWhole, capacity, value);
+}
+
+/// Whether there is a key, of whatever kind. Only the low 16 bits of the database's answer count.
+inline bool IsKeySaved(DBM_HANDLE handle, const char* key, uint32_t length) noexcept {
+    return static_cast<uint16_t>(DBM_IsKeyExist(handle, key, length)) == 1;
 }
 
 }  // namespace aaadom

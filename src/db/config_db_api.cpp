@@ -1,10 +1,14 @@
 #include <aaadom/database.h>
 #include <aaadom/db_layout.h>
+#include <aaadom/record_switches.h>
 #include <aaadom/results.h>
 
 #include <cstring>
 
+#include "db/binary_value.h"
 #include "db/load.h"
+#include "db/profile_names.h"
+#include "db/record_defaults.h"
 #include "db/save.h"
 
 using namespace aaadom;
@@ -69,6 +73,47 @@ uint32_t DOM_GetSessionLimitFromDB(DBM_HANDLE handle, uint32_t limits[5]) noexce
 
 uint32_t DOM_GetDeviceIDFromDB(DBM_HANDLE handle, uint32_t* out) noexcept {
     return out == nullptr ? DOM_ERR_FAILED : LoadDeviceId(handle, *out);
+}
+
+uint32_t DOM_GetRecordEnableInfoFromDB(DBM_HANDLE handle, RecordSwitches* out) noexcept {
+    return out == nullptr ? DOM_ERR_FAILED : LoadRecordSwitches(handle, *out);
+}
+
+uint32_t DOM_GetRecordBackupInfoFromDBStruct(DBM_HANDLE handle, BackupMethods* out) noexcept {
+    return out == nullptr ? DOM_ERR_FAILED : LoadBackupMethods(handle, *out);
+}
+
+uint32_t DOM_SetRecordEnableSwitchOnToDB(void) noexcept {
+    return StoreDefault(kRecordEnableDefault, DOM_GetUserRecordEnableDefault());
+}
+
+uint32_t DOM_GetUserRecordEnableDefaultFromDB(DBM_HANDLE handle) noexcept {
+    return LoadDefault(handle, kRecordEnableDefault);
+}
+
+uint32_t DOM_SetRecordBackupMethodDefaultToDB(void) noexcept {
+    return StoreDefault(kRecordBackupDefault, DOM_GetUserRecordBackupMethodDefault());
+}
+
+uint32_t DOM_GetRecordBackupMethodDefaultFromDB(DBM_HANDLE handle) noexcept {
+    return LoadDefault(handle, kRecordBackupDefault);
+}
+
+uint32_t DOM_GetDBkeyFromProfileName(const char* name, char* key) noexcept {
+    if (key == nullptr) return 0;
+    return BuildProfileKey(DOM_DB_PREFIX_NASID_PROFILE, name, DOM_DB_PROFILE_KEY_SIZE, key);
+}
+
+uint32_t DOM_IsExistProfileName(DBM_HANDLE handle, const char* name) noexcept {
+    const NasIdProfileKey key(name);
+    return IsKeySaved(handle, key.Text(), key.Length());
+}
+
+// A walk that runs out of memory is a success here: start-up restores the profiles that it got.
+uint32_t DOM_GetAllNasIdProfileMode(DBM_HANDLE handle, DomProfileNameList* list) noexcept {
+    if (list == nullptr) return DOM_ERR_FAILED;
+    return AppendProfileNames(handle, DOM_DB_NASID_VLAN, DOM_DB_PREFIX_NASID_PROFILE, DOM_OK,
+                              *list);
 }
 
 }  // extern "C"

@@ -4,6 +4,7 @@
 #include <aaadom/domain.h>
 #include <aaadom/domain_codec.h>
 #include <aaadom/results.h>
+#include <aaadom/user_record.h>
 
 #include <cstring>
 
@@ -68,6 +69,20 @@ uint32_t LoadDeviceId(DBM_HANDLE handle, uint32_t& device_id) noexcept {
                       &device_id) > 0
                ? DOM_OK
                : DOM_ERR_FAILED;
+}
+
+uint32_t LoadRecordSwitches(DBM_HANDLE handle, RecordSwitches& switches) noexcept {
+    const TlvPtr msg = LoadMessage(handle, DOM_DB_KEY_RECORD_ENABLE, DOM_DB_KEY_RECORD_ENABLE_LEN);
+    if (!msg) return DOM_ERR_FAILED;
+    return DOM_userrecord_tlv_DecodeRecordEnableInfo(msg.get(), &switches);
+}
+
+uint32_t LoadBackupMethods(DBM_HANDLE handle, BackupMethods& methods) noexcept {
+    if (!IsKeySaved(handle, DOM_DB_KEY_RECORD_BACKUP, DOM_DB_KEY_RECORD_BACKUP_LEN))
+        return DOM_ERR_FAILED;
+    const TlvPtr msg = LoadMessage(handle, DOM_DB_KEY_RECORD_BACKUP, DOM_DB_KEY_RECORD_BACKUP_LEN);
+    if (!msg) return DOM_ERR_FAILED;
+    return DOM_userrecord_tlv_DecodeBackupMethodByStruct(msg.get(), &methods);
 }
 
 }  // namespace aaadom

@@ -21,5 +21,9 @@ constexpr uint32_t kPresetSessionLimit = 32;
 /// Presets each limit; a stored value that is too short leaves the preset in the rest.
 [[nodiscard]] uint32_t LoadSessionLimits(DBM_HANDLE handle, SessionLimits& limits) noexcept;
 [[nodiscard]] uint32_t LoadDeviceId(DBM_HANDLE handle, uint32_t& device_id) noexcept;
+/// Leaves what the saved message does not carry.
+[[nodiscard]] uint32_t LoadRecordSwitches(DBM_HANDLE handle, RecordSwitches& switches) noexcept;
+/// Sets the flags that are saved as on and leaves the others.
+[[nodiscard]] uint32_t LoadBackupMethods(DBM_HANDLE handle, BackupMethods& methods) noexcept;
 
 }  // namespace aaadom

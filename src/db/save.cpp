@@ -17,8 +17,12 @@ constexpr SavedType kSavedTypes[] = {
     {DOM_DB_DOMAIN, SaveDomain},
     {DOM_DB_DEFAULT_DOMAIN, SaveDefaultDomain},
     {DOM_DB_SESSION_LIMIT, SaveSessionLimits},
+    {DOM_DB_NASID_PROFILE, SaveNasIdProfile},
+    {DOM_DB_NASID_VLAN, SaveNasIdBinding},
     {DOM_DB_UNKNOWN_DOMAIN, SaveUnknownDomain},
     {DOM_DB_DEVICE_ID, SaveDeviceId},
+    {DOM_DB_RECORD_ENABLE, SaveRecordSwitches},
+    {DOM_DB_RECORD_BACKUP, SaveBackupMethods},
 };
 
 }  // namespace

@@ -19,5 +19,9 @@ uint32_t SaveDefaultDomain(const DomDbUpdateReq& request);
 uint32_t SaveUnknownDomain(const DomDbUpdateReq& request);
 uint32_t SaveSessionLimits(const DomDbUpdateReq& request);
 uint32_t SaveDeviceId(const DomDbUpdateReq& request);
+uint32_t SaveNasIdProfile(const DomDbUpdateReq& request);
+uint32_t SaveNasIdBinding(const DomDbUpdateReq& request);
+uint32_t SaveRecordSwitches(const DomDbUpdateReq& request);
+uint32_t SaveBackupMethods(const DomDbUpdateReq& request);
 
 }  // namespace aaadom

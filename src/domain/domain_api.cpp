@@ -74,8 +74,8 @@ AAADOM_NO_TSA void DOM_AddDomain(DomainInfo* record, ZorvDomain* mib_node,
     SchemeResources none{};
     // Without memory for its NetConf node the domain is added all the same: this addition has no
     // result to report, and its callers rely on the record being stored.
-    AddDomain(Domains(CurrentRole()), record, mib_node, resources == nullptr ? none : *resources,
-              CreateNetConfNode(record->name));
+    (void)AddDomain(Domains(CurrentRole()), record, mib_node,
+                    resources == nullptr ? none : *resources, CreateNetConfNode(record->name));
 }
 
 uint32_t DOM_AddDomainByName(const char* name) noexcept {
@@ -202,8 +202,10 @@ DomainInfo* DOM_MibGetFirstDomain(void) noexcept {
 
 DomainInfo* DOM_MibGetNextDomain(const char* name, uint32_t name_length) noexcept {
     if (name == nullptr) return nullptr;
-    const ZorvDomain* node = NextMibNode(WorkingMibHead(), name, name_length);
-    return node == nullptr ? nullptr : DOM_FindDomainByName(node->domain_name);
+    const ZorvDomain* node = NextMibNode(MibWalkStart(name, name_length), name, name_length);
+    if (node == nullptr) return nullptr;
+    RememberMibWalk(node);
+    return DOM_FindDomainByName(node->domain_name);
 }
 
 DomainInfo* DOM_NetConfGetFirstDomain(void) noexcept {

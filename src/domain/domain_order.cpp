@@ -19,6 +19,7 @@ int CompareInMibOrder(const char* name, size_t length, const ZorvDomain* node) n
 
 void InsertMibNode(DomainTable& table, ZorvDomain* node) noexcept {
     size_t length = BoundedLength(node->domain_name, DOM_NAME_SIZE);
+    table.mib_walk = nullptr;
     ZorvDomain* before = nullptr;
     ZorvDomain* after = table.mib_head;
     while (after != nullptr && CompareInMibOrder(node->domain_name, length, after) > 0) {
@@ -40,6 +41,7 @@ ZorvDomain* FindMibNode(DomainTable& table, const char* name) noexcept {
 ZorvDomain* TakeMibNode(DomainTable& table, const char* name) noexcept {
     ZorvDomain* node = FindMibNode(table, name);
     if (node == nullptr) return nullptr;
+    table.mib_walk = nullptr;
     (node->prev == nullptr ? table.mib_head : node->prev->next) = node->next;
     if (node->next != nullptr) node->next->prev = node->prev;
     node->next = nullptr;
@@ -52,6 +54,18 @@ const ZorvDomain* NextMibNode(const ZorvDomain* head, const char* name,
     const ZorvDomain* node = head;
     while (node != nullptr && CompareInMibOrder(name, name_length, node) >= 0) node = node->next;
     return node;
+}
+
+AAADOM_NO_TSA const ZorvDomain* MibWalkStart(const char* name, uint32_t name_length) noexcept {
+    if (CurrentRole() == Role::kWorking) {
+        const ZorvDomain* node = Domains(Role::kWorking).mib_walk;
+        if (node != nullptr && CompareInMibOrder(name, name_length, node) >= 0) return node;
+    }
+    return WorkingMibHead();
+}
+
+AAADOM_NO_TSA void RememberMibWalk(const ZorvDomain* node) noexcept {
+    if (CurrentRole() == Role::kWorking) Domains(Role::kWorking).mib_walk = node;
 }
 
 NetConfDomain* CreateNetConfNode(const char* name) noexcept {

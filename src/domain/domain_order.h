@@ -20,6 +20,13 @@ ZorvDomain* TakeMibNode(DomainTable& table, const char* name) noexcept AAADOM_RE
 const ZorvDomain* NextMibNode(const ZorvDomain* head, const char* name,
                               uint32_t name_length) noexcept;
 
+/// The node of the working role's row order from which a search for the key or for what follows it
+/// may start: the head, or where the last walk stood when that is not behind the key.
+const ZorvDomain* MibWalkStart(const char* name, uint32_t name_length) noexcept;
+/// Remembers where a walk stands. Only the working role's own thread may: others would write beside
+/// its lock.
+void RememberMibWalk(const ZorvDomain* node) noexcept;
+
 /// A zero-filled NetConf node of that name (cut to 255 characters), or null.
 NetConfDomain* CreateNetConfNode(const char* name) noexcept;
 /// Links `node` before the first node whose name is greater; equal names go after existing ones.

@@ -103,12 +103,14 @@ bool ReplaceDefaultLists(DomainInfo& record) noexcept {
 
 }  // namespace
 
-void AddDomain(DomainTable& table, DomainInfo* record, ZorvDomain* mib_node,
+bool AddDomain(DomainTable& table, DomainInfo* record, ZorvDomain* mib_node,
                SchemeResources& resources, NetConfDomain* netconf_node) noexcept {
     InsertNodes(table, *record, mib_node, resources, netconf_node);
     ++table.count;
     uint32_t slot = FirstEmptySlot(table);
-    if (slot != kNoSlot) table.SetSlot(slot, record);
+    if (slot == kNoSlot) return false;
+    table.SetSlot(slot, record);
+    return true;
 }
 
 uint32_t AddDomainByName(DomainTable& table, const char* name) noexcept {
@@ -125,8 +127,8 @@ uint32_t AddDomainByName(DomainTable& table, const char* name) noexcept {
         DestroyDomainRecord(record);
         return DOM_ADD_FAILED;
     }
-    AddDomain(table, record, prepared.TakeMibNode(), prepared.Resources(),
-              prepared.TakeNetConfNode());
+    (void)AddDomain(table, record, prepared.TakeMibNode(), prepared.Resources(),
+                    prepared.TakeNetConfNode());  // the count left room
     return DOM_ADD_OK;
 }
 
@@ -146,8 +148,10 @@ AAADOM_NO_TSA uint32_t AddDomainOfRow(DomainTable& table, DomainInfo* record) no
     } else {
         Preparation prepared(*record);
         if (prepared.Complete()) {
-            AddDomain(table, record, prepared.TakeMibNode(), prepared.Resources(),
-                      prepared.TakeNetConfNode());
+            // A success takes the record over. One that found no slot belongs to nobody else.
+            if (!AddDomain(table, record, prepared.TakeMibNode(), prepared.Resources(),
+                           prepared.TakeNetConfNode()))
+                DestroyDomainRecord(record);
             result = DOM_ADD_OK;
         }
     }

@@ -8,9 +8,9 @@
 namespace aaadom {
 
 /// Inserts the nodes and stores the record in the first empty slot. With no slot empty the record
-/// is not stored, although the lists and the count have changed by then; callers test the count
-/// first. A null NetConf node leaves the domain out of that order.
-void AddDomain(DomainTable& table, DomainInfo* record, ZorvDomain* mib_node,
+/// is not stored and the result false, although the lists and the count have changed by then;
+/// callers test the count first. A null NetConf node leaves the domain out of that order.
+bool AddDomain(DomainTable& table, DomainInfo* record, ZorvDomain* mib_node,
                SchemeResources& resources, NetConfDomain* netconf_node) noexcept
     AAADOM_REQUIRES(table.mutex);
 

@@ -1,24 +1,92 @@
+#include <aaadom/codes.h>
 #include <aaadom/record_switches.h>
 #include <aaadom/results.h>
 
 #include "base/lock.h"
 #include "domain/tables.h"
 
+using namespace aaadom;
+
 namespace {
 
-constexpr uint32_t kLargestBackupMethod = 7;  // three flags, bits 0 to 2
+constexpr uint16_t kOn = 1;
 
-// Plain words of the process, set by the daemon before it starts its threads.
+// Plain words of the process: the daemon sets the default before it starts its threads and
+// serialises writing the flag with reading it.
 constinit uint32_t record_enable_default = 0;
-constinit uint32_t backup_method_default = 0;
+constinit uint16_t recover_flag = 0;
 
-uint16_t FlagOfBit(uint32_t packed, uint32_t bit) noexcept {
-    return static_cast<uint16_t>((packed >> bit) & 1u);
+/// The switch that a message code sets, or null.
+uint16_t* SwitchOfCode(RecordSwitches& switches, uint32_t code) noexcept {
+    switch (code) {
+        case DOM_MSG_REC_EN_ONLINE_FAIL:
+            return &switches.online_fail;
+        case DOM_MSG_REC_EN_OFFLINE_ALL:
+            return &switches.offline_all;
+        case DOM_MSG_REC_EN_OFFLINE_NORMAL:
+            return &switches.offline_normal;
+        case DOM_MSG_REC_EN_OFFLINE_ABNORMAL:
+            return &switches.offline_abnormal;
+        default:
+            return nullptr;
+    }
+}
+
+RecordSwitches ReadSwitches() noexcept {
+    RecordSwitchInfo& info = SwitchesOf(CurrentRole());
+    ReadGuard lock(info.lock);
+    return info.switches;
 }
 
 }  // namespace
 
 extern "C" {
+
+TLV_MSG* DOM_GetAllRecordEnableInfo(void) noexcept {
+    RecordSwitchInfo& info = SwitchesOf(CurrentRole());
+    ReadGuard lock(info.lock);
+    return DOM_userrecord_tlv_EncodeRecordEnableInfo(&info.switches);
+}
+
+uint32_t DOM_GetOnlineFailRecordEnableInfo(void) noexcept {
+    return ReadSwitches().online_fail;
+}
+
+uint32_t DOM_GetOfflineAllRecordEnableInfo(void) noexcept {
+    return ReadSwitches().offline_all;
+}
+
+uint32_t DOM_GetOfflineNormalRecordEnableInfo(void) noexcept {
+    return ReadSwitches().offline_normal;
+}
+
+uint32_t DOM_GetOfflineAbnormalRecordEnableInfo(void) noexcept {
+    return ReadSwitches().offline_abnormal;
+}
+
+uint32_t DOM_GetOnlineOffLineRecordEnableInfo(void) noexcept {
+    const RecordSwitches switches = ReadSwitches();
+    return switches.online_fail == kOn || switches.offline_all == kOn ||
+                   switches.offline_normal == kOn || switches.offline_abnormal == kOn
+               ? 1
+               : 0;
+}
+
+uint32_t DOM_SetRecordEnableInfo(uint32_t code, uint16_t value) noexcept {
+    RecordSwitchInfo& info = SwitchesOf(CurrentRole());
+    WriteGuard lock(info.lock);
+    uint16_t* wanted = SwitchOfCode(info.switches, code);
+    if (wanted == nullptr) return DOM_ERR_FAILED;
+    *wanted = value;
+    return DOM_OK;
+}
+
+void DOM_SetRecordEnableInfoAll(const RecordSwitches* switches) noexcept {
+    if (switches == nullptr) return;
+    RecordSwitchInfo& info = SwitchesOf(CurrentRole());
+    WriteGuard lock(info.lock);
+    info.switches = *switches;
+}
 
 void DOM_SetUserRecordEnableDefault(uint32_t value) noexcept {
     record_enable_default = value;
@@ -28,27 +96,12 @@ uint32_t DOM_GetUserRecordEnableDefault(void) noexcept {
     return record_enable_default;
 }
 
-void DOM_SetUserRecordBackupMethodDefault(uint32_t value) noexcept {
-    backup_method_default = value > kLargestBackupMethod ? 0 : value;
+void DOM_SetUserRecordRecoverFlag(uint16_t flag) noexcept {
+    recover_flag = flag;
 }
 
-uint32_t DOM_GetUserRecordBackupMethodDefault(void) noexcept {
-    return backup_method_default;
-}
-
-uint32_t DOM_InitRecordBackupInfo(void) noexcept {
-    aaadom::RecordBackupInfo& backup = aaadom::BackupOf(aaadom::CurrentRole());
-    if (pthread_rwlock_init(&backup.lock, nullptr) != 0) return DOM_ERR_FAILED;
-    uint32_t packed = backup_method_default;
-    backup.methods = {FlagOfBit(packed, 0), FlagOfBit(packed, 1), FlagOfBit(packed, 2)};
-    return DOM_OK;
-}
-
-uint32_t DOM_FiniRecordBackupInfo(void) noexcept {
-    aaadom::RecordBackupInfo& backup = aaadom::BackupOf(aaadom::CurrentRole());
-    int result = aaadom::DestroyToInitial(backup.lock);
-    backup.methods = BackupMethods{};
-    return static_cast<uint32_t>(result);
+uint32_t DOM_GetUserRecordRecoverFlag(void) noexcept {
+    return recover_flag;
 }
 
 }  // extern "C"

@@ -65,14 +65,18 @@ uint32_t FirstSchemeRow(MibSchemeRow& row_out) noexcept {
 
 uint32_t NextSchemeRow(const char* name, uint32_t name_length, uint32_t scheme_index,
                        MibSchemeRow& row_out) noexcept {
-    const ZorvDomain* head = WorkingMibHead();
+    const ZorvDomain* head = MibWalkStart(name, name_length);
     if (const ZorvDomain* domain = ExactDomain(head, name, name_length)) {
         const SchemeIndexNode* node = FirstAbove(*domain, scheme_index);
-        if (node != nullptr) return FillRow(*domain, *node, row_out);
+        if (node != nullptr) {
+            RememberMibWalk(domain);
+            return FillRow(*domain, *node, row_out);
+        }
     }
     const ZorvDomain* domain = NextMibNode(head, name, name_length);
     while (domain != nullptr && domain->scheme_index_head == nullptr) domain = domain->next;
     if (domain == nullptr) return DOM_ERR_NOT_FOUND;
+    RememberMibWalk(domain);
     return FillRow(*domain, *domain->scheme_index_head, row_out);
 }
 

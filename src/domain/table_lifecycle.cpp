@@ -35,6 +35,7 @@ AAADOM_NO_TSA uint32_t InitDomainTable(DomainTable& table) noexcept {
     memset(table.default_domain, 0, sizeof table.default_domain);
     memset(table.unknown_domain, 0, sizeof table.unknown_domain);
     table.mib_head = nullptr;
+    table.mib_walk = nullptr;
     ResetNetConfOrder(table);
     return FailedUnless(table.mutex.Init() == 0);
 }
@@ -47,6 +48,7 @@ void FiniDomainTable(DomainTable& table) noexcept {
             table.ClearSlot(slot);
             DOM_DestroyDomain(record);
         }
+        table.mib_walk = nullptr;
         while (ZorvDomain* node = table.mib_head) {
             table.mib_head = node->next;
             dom_FreeSchemeIndexes(*node);

@@ -37,6 +37,9 @@ struct DomainTable {
     char unknown_domain[DOM_NAME_SIZE] AAADOM_GUARDED_BY(mutex){};
     /// By name length, then by strcmp: the order of string-indexed management rows.
     ZorvDomain* mib_head AAADOM_GUARDED_BY(mutex) = nullptr;
+    /// Where the last walk of that order stood, or null: the next step begins there, so that a
+    /// whole walk is linear. Every change of the order clears it.
+    const ZorvDomain* mib_walk AAADOM_GUARDED_BY(mutex) = nullptr;
     /// Circular, by strcmp. Null links mean the same as links to itself: empty.
     NetConfDomain netconf AAADOM_GUARDED_BY(mutex){};
 

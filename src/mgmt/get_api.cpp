@@ -3,6 +3,7 @@
 #include <aaadom/settings_codec.h>
 
 #include "mgmt/request.h"
+#include "mgmt/scheme_row.h"
 
 using namespace aaadom;
 
@@ -18,18 +19,6 @@ TlvPtr GlobalDomainRequest() noexcept {
     return TlvPtr(MessageBuilder(DOM_MSG_GLOBAL_DOMAIN).Build([](Appender& append) {
         append.U32(DOM_TLV_MSG_CODE, DOM_MSG_GLOBAL_DOMAIN_SECOND);
     }));
-}
-
-/// A row whose TLVs are missing reads as these.
-constexpr uint32_t kRowMethodKind = METHOD_DEFAULT_4;
-constexpr uint32_t kRowStatus = 1;
-constexpr uint32_t kRowService = DOM_DEFAULT_SERVICE;
-
-void PresetRow(MibSchemeRow& row) noexcept {
-    row = {};
-    row.method_kind = kRowMethodKind;
-    row.row_status = kRowStatus;
-    row.service = kRowService;
 }
 
 }  // namespace

@@ -35,6 +35,21 @@ uint32_t SetBlindly(TlvPtr request, uint32_t op) noexcept {
     return DOM_OK;
 }
 
+ProfileAnswer SetProfile(TlvPtr request, uint32_t op, uint16_t name_tlv, char* name_out) noexcept {
+    constexpr uint32_t kProfileNameSize = 32;
+    ProfileAnswer answer;
+    const TlvPtr reply(DOM_lipc_SendCfgMsg(request.get(), op, nullptr));
+    for (const TlvItem item : TlvWalk(reply.get())) {
+        if (item.Type() == DOM_TLV_RESULT) {
+            answer.result = item.U32();
+            answer.has_result = true;
+        } else if (item.Type() == name_tlv && name_out != nullptr) {
+            (void)item.Text(name_out, kProfileNameSize);  // cuts and terminates
+        }
+    }
+    return answer;
+}
+
 Answer Ask(TlvPtr request, uint32_t op) noexcept {
     Answer answer;
     answer.reply.reset(DOM_lipc_SendCfgMsg(request.get(), op, &answer.kind));

@@ -33,6 +33,15 @@ uint32_t SetReturningResult(TlvPtr request, uint32_t op, uint32_t if_no_reply) n
 /// 0 once the request was encoded, whatever becomes of it.
 uint32_t SetBlindly(TlvPtr request, uint32_t op) noexcept;
 
+/// What the daemon answered to a change of a profile.
+struct ProfileAnswer {
+    bool has_result = false;  // false without a reply, too
+    uint32_t result = DOM_RESULT_MISSING;
+};
+/// Walks the whole reply: the daemon sends the profile's name before the result, other daemons may
+/// send it behind. `name_out` has 32 bytes, may be null and is untouched when no name came.
+ProfileAnswer SetProfile(TlvPtr request, uint32_t op, uint16_t name_tlv, char* name_out) noexcept;
+
 /// Reads with operation 2 and has no result output. `decode(TLV_MSG*)` must fail for a refusal, a
 /// reply with nothing but a result, whatever that result is.
 template <typename Decode>

@@ -1,5 +1,6 @@
 #include <aaadom/domain_codec.h>
 #include <aaadom/management.h>
+#include <aaadom/nas_id_codec.h>
 #include <aaadom/settings_codec.h>
 
 #include "mgmt/request.h"
@@ -72,6 +73,22 @@ uint32_t MOR_SetAuthenEscapeRecover(const char* name, uint16_t setting, const ch
     return SetReturningResult(TlvPtr(DOM_EncodeAuthenEscapeRecover(name, setting, escape_domain,
                                                                    second_setting, value_18)),
                               op, DOM_ERR_FAILED);
+}
+
+uint32_t MOR_SetNasIdBindVlanId(const char* profile_name, const char* nas_id, uint16_t vlan_id,
+                                uint32_t op) noexcept {
+    return SetReturningResult(TlvPtr(DOM_EncodeNasidBindVlanId(profile_name, nas_id, vlan_id)), op,
+                              DOM_ERR_FAILED);
+}
+
+// A reply with a result is an answer, whatever the result: the front end reads it itself.
+uint32_t MOR_SetAaaNasIdProfile(const char* profile_name, uint32_t op, uint32_t* result,
+                                char* name_out) noexcept {
+    const ProfileAnswer answer = SetProfile(TlvPtr(DOM_EncodeNasIdProfile(profile_name)), op,
+                                            DOM_TLV_NASID_PROFILE, name_out);
+    if (!answer.has_result) return DOM_ERR_FAILED;
+    if (result != nullptr) *result = answer.result;
+    return DOM_OK;
 }
 
 uint32_t MOR_SetState(const char* name, uint16_t state) noexcept {

@@ -155,6 +155,7 @@ struct FlushCall {
     int32_t fd;
     uint32_t wait;
     std::string image;
+    int held_locks = 0;  ///< HeldLocks() when the call came
 };
 /// Every message flushed to a descriptor, also to numbers that are no socket of the fake.
 std::vector<FlushCall> FlushCalls();

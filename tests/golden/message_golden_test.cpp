@@ -1,10 +1,11 @@
-// Every message of the method, domain and settings codecs against its bytes: encoding the value
+// Every message of the library against its bytes: encoding the value
 // gives the file, decoding the file gives the value.
 #include <aaadom/codes.h>
 #include <aaadom/domain.h>
 #include <aaadom/domain_codec.h>
 #include <aaadom/method_list.h>
 #include <aaadom/results.h>
+#include <aaadom/rows.h>
 #include <aaadom/settings_codec.h>
 #include <gtest/gtest.h>
 
@@ -21,6 +22,7 @@
 #include "codec/message_registry.h"
 #include "codec/table_rows.h"
 #include "tests/golden/hex_file.h"
+#include "tests/golden/record_goldens.h"
 
 namespace {
 
@@ -165,12 +167,7 @@ void ExpectSameDomain(const DomainInfo& got, const DomainInfo& want) {
     }
 }
 
-struct Golden {
-    const char* file;
-    DomMsgCode code;
-    std::function<TLV_MSG*()> encode;
-    std::function<void(TLV_MSG*)> check;
-};
+using Golden = golden::GoldenMessage;
 
 /// Checks of the messages that are a domain name and nothing else.
 std::function<void(TLV_MSG*)> ExpectName(uint32_t (*decode)(TLV_MSG*, uint32_t, char*),
@@ -248,7 +245,7 @@ MibSchemeRow SchemeRow(uint32_t index, uint32_t kind, uint32_t type, const char*
     MibSchemeRow row{};
     row.scheme_index = index;
     row.method_kind = kind;
-    row.row_status = aaadom::kRowActive;
+    row.row_status = DOM_ROW_ACTIVE;
     row.aaa_type = type;
     row.service = DOM_DEFAULT_SERVICE;
     CopyText(row.domain_name, kName);
@@ -285,8 +282,8 @@ AAAAuthorProfile SampleProfile() {
     return profile;
 }
 
-const std::vector<Golden>& Goldens() {
-    static const std::vector<Golden> goldens = {
+std::vector<Golden> DomainGoldens() {
+    return {
         {"msg_000_domain", DOM_MSG_DOMAIN,
          [] { return aaadom::EncodeDomainRecord(*SampleDomain()).release(); },
          [](TLV_MSG* msg) {
@@ -470,7 +467,17 @@ const std::vector<Golden>& Goldens() {
         {"msg_165_domain_name_info", DOM_MSG_DOMAIN_NAME_INFO,
          [] { return DOM_EncodeDomainNameInfo(kName); }, ExpectName(DOM_DecodeDomainNameInfo)},
     };
-    return goldens;
+}
+
+const std::vector<Golden>& Goldens() {
+    static const std::vector<Golden> all = [] {
+        std::vector<Golden> goldens = DomainGoldens();
+        for (const auto& part : {golden::NasIdGoldens(), golden::RecordGoldens()}) {
+            goldens.insert(goldens.end(), part.begin(), part.end());
+        }
+        return goldens;
+    }();
+    return all;
 }
 
 class MessageGolden : public testing::TestWithParam<size_t> {
@@ -525,6 +532,9 @@ TEST(MessageGoldens, EveryCodeHasOne) {
     std::set<uint32_t> covered;
     for (const Golden& golden : Goldens()) covered.insert(golden.code);
     for (const DomMsgCode code : aaadom::kDomainMessageCodes) {
+        EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
+    }
+    for (const DomMsgCode code : aaadom::kRecordMessageCodes) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }
 }

@@ -180,6 +180,39 @@ std::vector<std::string> ListDomains() {
     return names;
 }
 
+std::vector<SchemeKey> ListSchemeRows() {
+    std::vector<SchemeKey> keys;
+    SchemeKey key{"", 0};
+    for (size_t i = 0; i <= 20 * DOM_MAX_DOMAINS; ++i) {
+        const Answer answer =
+            Ask(DOM_EncodeSchemeIndex(key.first.c_str(), static_cast<uint32_t>(key.first.size()),
+                                      key.second),
+                DOM_OP_GET_NEXT);
+        MibSchemeRow row{};
+        if (answer.kind != DOM_REPLY_KIND_DATA ||
+            DOM_DecodeMibSchemeTable(answer.body.get(), &row) != DOM_OK) {
+            break;
+        }
+        key = {row.domain_name, row.scheme_index};
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+std::vector<std::string> ListNasIdProfiles() {
+    std::vector<std::string> names;
+    char name[DOM_NASID_NAME_SIZE] = {};
+    for (size_t i = 0; i <= 10000; ++i) {
+        const Answer answer = Ask(DOM_EncodeNasIdProfile(name), DOM_OP_GET_NEXT);
+        if (answer.kind != DOM_REPLY_KIND_DATA ||
+            DOM_DecodeNasIdProfile(answer.body.get(), name) != DOM_OK) {
+            break;
+        }
+        names.push_back(name);
+    }
+    return names;
+}
+
 TLV_MSG* CodeAlone(uint32_t code) {
     TLV_MSG* message = TLV_Create();
     (void)AAA_AppendUINTTlvData(message, DOM_TLV_MSG_CODE, code);
@@ -204,6 +237,16 @@ std::vector<std::vector<uint8_t>> WholeConfiguration() {
         add(DOM_EncodeDomainName(name.c_str()), DOM_OP_GET);           // configuration role
         add(DOM_EncodeDomainNameInfo(name.c_str()), DOM_OP_GET_NEXT);  // working role
     }
+    for (const SchemeKey& key : ListSchemeRows()) {
+        add(DOM_EncodeSchemeIndex(key.first.c_str(), static_cast<uint32_t>(key.first.size()),
+                                  key.second),
+            DOM_OP_GET);
+    }
+    for (const std::string& name : ListNasIdProfiles()) {
+        add(DOM_EncodeNasIdProfile(name.c_str()), DOM_OP_GET);
+    }
+    add(CodeAlone(DOM_MSG_REC_ENABLE_INFO), DOM_OP_GET);
+    add(CodeAlone(DOM_MSG_BACKUP_METHOD), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_DEFAULT_DOMAIN), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_GLOBAL_DOMAIN), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_SESSION_LIMIT), DOM_OP_GET);

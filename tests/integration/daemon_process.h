@@ -80,6 +80,12 @@ uint32_t CountDomains();
 /// All names in the order of the walk, as the working role tells them.
 std::vector<std::string> ListDomains();
 
+/// Domain name and scheme index of a row of the scheme table.
+using SchemeKey = std::pair<std::string, uint32_t>;
+/// Both in the order of their walks.
+std::vector<SchemeKey> ListSchemeRows();
+std::vector<std::string> ListNasIdProfiles();
+
 /// A message that consists of its code.
 TLV_MSG* CodeAlone(uint32_t code);
 /// The bytes of a message.

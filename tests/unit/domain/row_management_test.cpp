@@ -94,7 +94,7 @@ TEST_F(RowManagement, FullConfigurationTableCountsARowThatItCannotStore) {
     EXPECT_EQ(InConfig([&] { return DOM_MibAddDomain(record); }), DOM_ADD_OK);
     EXPECT_EQ(CountOf(Role::kConfig), 1025u);
     EXPECT_EQ(InConfig([] { return DOM_IsDomainExist("over"); }), 0u);
-    DOM_DestroyDomain(record);
+    // The record is the library's and destroyed: the leak check of the sanitized build sees it.
 }
 
 // Callers of the row interface find the mutex held after this one failure and release it

@@ -89,6 +89,21 @@ TEST_F(SchemeWalk, StatusAndServiceStayTheCallers) {
     EXPECT_EQ(row.service, 88u);
 }
 
+TEST_F(SchemeWalk, GoesOnWhereItStoodAfterTheOrderChanged) {
+    for (const char* name : {"b", "d", "f"}) Add(name);
+    EXPECT_EQ(Next("b", 3).substr(0, 3), "d 1");
+    // The domain that the walk stood on goes, one before and one behind it come.
+    ASSERT_EQ(DOM_DeleteDomainAndDBByName("d", 0), DOM_OK);
+    Add("c");
+    Add("e");
+    EXPECT_EQ(Next("d", 1).substr(0, 3), "e 1");
+    EXPECT_EQ(Next("b", 3).substr(0, 3), "c 1");
+    EXPECT_EQ(Next("b", 1).substr(0, 3), "b 2");
+    Add("bb");
+    EXPECT_EQ(Next("f", 3).substr(0, 4), "bb 1");
+    EXPECT_EQ(Next("", 0).substr(0, 3), "b 1");
+}
+
 TEST_F(SchemeWalk, IndexNeedNotExist) {
     Add("b");
     Add("c");

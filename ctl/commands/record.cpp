@@ -1,0 +1,81 @@
+// record switch show, set; record backup show, set
+#include <algorithm>
+
+#include "../command.h"
+#include "../records.h"
+
+namespace aaactl {
+namespace {
+
+/// People write hyphens, documents underlines.
+std::string Member(std::string word) {
+    std::replace(word.begin(), word.end(), '-', '_');
+    return word;
+}
+
+std::string Word(std::string member) {
+    std::replace(member.begin(), member.end(), '_', '-');
+    return member;
+}
+
+class Show : public Command {
+  public:
+    Show(const char* object, const char* help, Json (*read)(Client&))
+        : Command({"record", object, "show"}, help), read_(read) {}
+    void Define(CLI::App&) override {}
+    void Run(Context& context) override {
+        const Json flags = read_(context.client);
+        for (const auto& [name, on] : flags.items()) {
+            context.output.Line(Word(name) + "  " + (on.get<bool>() ? "on" : "off"));
+        }
+        context.output.Result(flags);
+    }
+
+  private:
+    Json (*read_)(Client&);
+};
+
+class Set : public Command {
+  public:
+    Set(const char* object, const char* help, std::vector<std::string> names,
+        void (*set)(Client&, const std::string&, bool))
+        : Command({"record", object, "set"}, help), names_(std::move(names)), set_(set) {}
+    void Define(CLI::App& app) override {
+        app.add_option("records", name_, "Which records")->required()->check(CLI::IsMember(names_));
+        app.add_option("value", value_, "on or off")
+            ->required()
+            ->check(CLI::IsMember({"on", "off"}));
+    }
+    void Run(Context& context) override {
+        const bool on = value_ == "on";
+        set_(context.client, Member(name_), on);
+        context.output.Line("record " + Path()[1] + " " + Word(name_) + " is " + value_);
+        context.output.Result({{"records", Member(name_)}, {"on", on}});
+    }
+
+  private:
+    const std::vector<std::string> names_;
+    void (*set_)(Client&, const std::string&, bool);
+    std::string name_;
+    std::string value_;
+};
+
+}  // namespace
+
+void AddRecordCommands(Commands& commands) {
+    commands.push_back(
+        std::make_unique<Show>("switch", "Show which user records are kept", ReadRecordSwitches));
+    commands.push_back(
+        std::make_unique<Set>("switch", "Keep user records or not",
+                              std::vector<std::string>{"online-fail", "offline-all",
+                                                       "offline-normal", "offline-abnormal"},
+                              SetRecordSwitch));
+    commands.push_back(std::make_unique<Show>("backup", "Show which user records are backed up",
+                                              ReadRecordBackup));
+    commands.push_back(std::make_unique<Set>(
+        "backup", "Back user records up or not",
+        std::vector<std::string>{"online-fail", "abnormal-offline", "normal-offline"},
+        SetRecordBackup));
+}
+
+}  // namespace aaactl

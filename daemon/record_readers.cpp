@@ -1,0 +1,20 @@
+#include "record_readers.h"
+
+#include <aaadom/record_switches.h>
+#include <aaadom/user_record.h>
+
+namespace aaad {
+
+Message ReadRecordSwitches(const Question&, uint32_t& refusal) {
+    Message reply(DOM_GetAllRecordEnableInfo());
+    if (!reply) refusal = DOM_ERR_FAILED;
+    return reply;
+}
+
+Message ReadBackupMethods(const Question&, uint32_t& refusal) {
+    Message reply(DOM_userrecord_tlv_EncodeBackupMethod(DOM_GetAllRecordBackupMethodToUint()));
+    if (!reply) refusal = DOM_ERR_FAILED;
+    return reply;
+}
+
+}  // namespace aaad

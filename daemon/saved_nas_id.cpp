@@ -1,0 +1,74 @@
+#include "saved_nas_id.h"
+
+#include <aaadom/database.h>
+#include <aaadom/db_layout.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace aaad {
+namespace {
+
+struct NameList : DomProfileNameList {
+    NameList() : DomProfileNameList{} {}
+    ~NameList() {
+        for (DomProfileNameNode* node = head; node != nullptr;) {
+            DomProfileNameNode* next = node->next;
+            free(node);
+            node = next;
+        }
+    }
+    NameList(const NameList&) = delete;
+    NameList& operator=(const NameList&) = delete;
+};
+
+using Entry = char[DOM_DB_NASID_ENTRY_SIZE];
+
+/// The bytes need not be ours: a database may have been repaired by hand.
+std::optional<NasIdBinding> Read(int32_t length, const Entry& entry) {
+    if (length != static_cast<int32_t>(sizeof entry)) return std::nullopt;
+    NasIdBinding binding{};
+    memcpy(&binding.vlan_id, entry + DOM_DB_NASID_ENTRY_VLAN_OFFSET, sizeof binding.vlan_id);
+    memcpy(binding.nas_id, entry + DOM_DB_NASID_ENTRY_TEXT_OFFSET, sizeof binding.nas_id - 1);
+    return binding;
+}
+
+}  // namespace
+
+static_assert(sizeof(NasIdBinding::nas_id) == DOM_DB_NASID_ENTRY_TEXT_SIZE);
+
+bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names) {
+    NameList list;
+    const uint32_t result = DOM_GetAllNasIdProfileMode(handle, &list);
+    if (result != DOM_OK && result != DOM_ERR_NOT_FOUND) return false;
+    try {
+        for (const DomProfileNameNode* node = list.head; node != nullptr; node = node->next) {
+            names.emplace_back(node->name, strnlen(node->name, sizeof node->name));
+        }
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    // The library's walk ends early without memory, and does not tell.
+    return names.size() == DBM_GetKeyNumByValueType(handle, DOM_DB_NASID_VLAN);
+}
+
+SavedNasIdBindings::SavedNasIdBindings(DBM_HANDLE handle, const std::string& profile) {
+    char key[DOM_DB_PROFILE_KEY_SIZE];
+    const uint32_t length = DOM_GetDBkeyFromProfileName(profile.c_str(), key);
+    if (DBM_CursorOpen(handle, key, length, &cursor_) != 0) cursor_ = nullptr;
+}
+
+std::optional<NasIdBinding> SavedNasIdBindings::From(uint16_t vlan_id) {
+    Entry entry;
+    if (cursor_ == nullptr) return std::nullopt;
+    return Read(DBM_CursorSeek(cursor_, &vlan_id, sizeof entry, entry), entry);
+}
+
+std::optional<NasIdBinding> SavedNasIdBindings::Next() {
+    Entry entry;
+    if (cursor_ == nullptr) return std::nullopt;
+    return Read(DBM_CursorNext(cursor_, sizeof entry, entry), entry);
+}
+
+}  // namespace aaad

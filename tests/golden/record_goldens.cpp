@@ -1,0 +1,181 @@
+#include "tests/golden/record_goldens.h"
+
+#include <aaadom/nas_id_codec.h>
+#include <aaadom/record_codec.h>
+#include <aaadom/results.h>
+#include <aaadom/user_record.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "base/message.h"
+#include "base/text.h"
+
+namespace golden {
+namespace {
+
+using aaadom::FindTlv;
+using aaadom::TlvItem;
+using aaadom::TlvPtr;
+using aaadom::TlvWalk;
+
+/// A message that is its code alone.
+GoldenMessage CodeAlone(const char* file, DomMsgCode code, TLV_MSG* (*encode)(uint32_t)) {
+    return {file, code, [=] { return encode(code); },
+            [=](TLV_MSG* msg) {
+                int count = 0;
+                for (TlvItem item : TlvWalk(msg)) {
+                    EXPECT_EQ(item.Type(), DOM_TLV_MSG_CODE);
+                    EXPECT_EQ(item.U32(), static_cast<uint32_t>(code));
+                    ++count;
+                }
+                EXPECT_EQ(count, 1);
+            }};
+}
+
+UserRecord SampleRecord(bool with_detail) {
+    static char detail[] = "rejected";
+    UserRecord record{};
+    record.first_number = 1700000001;
+    record.second_number = 15;
+    const uint8_t ipv4[4] = {192, 0, 2, 7};
+    memcpy(record.ipv4, ipv4, sizeof ipv4);
+    const uint8_t ipv6[16] = {0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 7};
+    memcpy(record.ipv6, ipv6, sizeof ipv6);
+    record.third_number = 3;
+    record.fourth_number = 4;
+    record.number16[0] = 100;
+    record.number16[1] = 200;
+    record.number16[2] = 1812;
+    const uint8_t mac[6] = {0x02, 0x00, 0x5E, 0x00, 0x53, 0x01};
+    memcpy(record.mac, mac, sizeof mac);
+    aaadom::CopyText(record.first_name, "isp-a.example");
+    aaadom::CopyText(record.second_name, "user@isp-a.example");
+    aaadom::CopyText(record.interface_name, "eth1/0/7");
+    record.serial = 0x0102030405060708u;
+    if (with_detail) {
+        record.detail = detail;
+        record.detail_len = sizeof detail;
+    }
+    return record;
+}
+
+/// The record of a list in its message: the list, and the fields by which it is found and shown.
+std::function<void(TLV_MSG*)> ExpectRecord(uint32_t kind, bool with_detail) {
+    return [=](TLV_MSG* msg) {
+        EXPECT_EQ(FindTlv(msg, DOM_TLV_RECORD_KIND).U32(), kind);
+        const TlvPtr fields = FindTlv(msg, DOM_TLV_USER_RECORD).Sub();
+        ASSERT_NE(fields, nullptr);
+        const TlvPtr want(TLV_Create());
+        const UserRecord record = SampleRecord(with_detail);
+        ASSERT_EQ(DOM_userrecord_tlv_EncodeUserRecordStruct(want.get(), &record), DOM_OK);
+        TLV_ITER* it = TLV_GetFirst(fields.get());
+        for (TlvItem item : TlvWalk(want.get())) {
+            ASSERT_NE(it, nullptr);
+            const TlvItem got(fields.get(), it);
+            EXPECT_EQ(got.Type(), item.Type());
+            ASSERT_EQ(got.Length(), item.Length());
+            std::vector<char> a(item.Length());
+            std::vector<char> b(item.Length());
+            EXPECT_EQ(item.Raw(a.data(), item.Length()), DOM_OK);
+            EXPECT_EQ(got.Raw(b.data(), got.Length()), DOM_OK);
+            EXPECT_EQ(a, b) << "TLV " << item.Type();
+            it = TLV_GetNext(fields.get(), it);
+        }
+        EXPECT_EQ(it, nullptr);
+    };
+}
+
+}  // namespace
+
+std::vector<GoldenMessage> NasIdGoldens() {
+    return {
+        {"msg_016_nas_id_profile", DOM_MSG_NASID_PROFILE,
+         [] { return DOM_EncodeNasIdProfile("office"); },
+         [](TLV_MSG* msg) {
+             char name[DOM_NASID_NAME_SIZE];
+             EXPECT_EQ(DOM_DecodeNasIdProfile(msg, name), DOM_OK);
+             EXPECT_STREQ(name, "office");
+         }},
+        {"msg_017_nas_id_binding", DOM_MSG_NASID_BIND,
+         [] { return DOM_EncodeNasidBindVlanId("office", "nas-1", 4094); },
+         [](TLV_MSG* msg) {
+             char profile[DOM_NASID_NAME_SIZE];
+             char nas_id[DOM_NASID_NAME_SIZE];
+             uint16_t vlan = 0;
+             EXPECT_EQ(DOM_DecodeNasIdBindVlanId(msg, profile, nas_id, &vlan), DOM_OK);
+             EXPECT_STREQ(profile, "office");
+             EXPECT_STREQ(nas_id, "nas-1");
+             EXPECT_EQ(vlan, 4094);
+         }},
+    };
+}
+
+std::vector<GoldenMessage> RecordGoldens() {
+    return {
+        CodeAlone("msg_054_reset_online_fail", DOM_MSG_RESET_ONLINE_FAIL,
+                  DOM_userrecord_tlv_EncodeResetRecord),
+        CodeAlone("msg_055_reset_offline_all", DOM_MSG_RESET_OFFLINE_ALL,
+                  DOM_userrecord_tlv_EncodeResetRecord),
+        CodeAlone("msg_056_reset_offline_normal", DOM_MSG_RESET_OFFLINE_NORMAL,
+                  DOM_userrecord_tlv_EncodeResetRecord),
+        CodeAlone("msg_057_reset_offline_abnormal", DOM_MSG_RESET_OFFLINE_ABNORMAL,
+                  DOM_userrecord_tlv_EncodeResetRecord),
+        CodeAlone("msg_077_record_online_fail", DOM_MSG_REC_EN_ONLINE_FAIL,
+                  DOM_userrecord_tlv_EncodeRecordEnable),
+        CodeAlone("msg_078_record_offline_all", DOM_MSG_REC_EN_OFFLINE_ALL,
+                  DOM_userrecord_tlv_EncodeRecordEnable),
+        CodeAlone("msg_079_record_offline_normal", DOM_MSG_REC_EN_OFFLINE_NORMAL,
+                  DOM_userrecord_tlv_EncodeRecordEnable),
+        CodeAlone("msg_080_record_offline_abnormal", DOM_MSG_REC_EN_OFFLINE_ABNORMAL,
+                  DOM_userrecord_tlv_EncodeRecordEnable),
+        {"msg_081_record_enable_info", DOM_MSG_REC_ENABLE_INFO,
+         [] {
+             const RecordSwitches switches{1, 0, 1, 258};
+             return DOM_userrecord_tlv_EncodeRecordEnableInfo(&switches);
+         },
+         [](TLV_MSG* msg) {
+             RecordSwitches switches{};
+             EXPECT_EQ(DOM_userrecord_tlv_DecodeRecordEnableInfo(msg, &switches), DOM_OK);
+             EXPECT_EQ(switches.online_fail, 1);
+             EXPECT_EQ(switches.offline_all, 0);
+             EXPECT_EQ(switches.offline_normal, 1);
+             EXPECT_EQ(switches.offline_abnormal, 258);
+         }},
+        {"msg_164_backup_method", DOM_MSG_BACKUP_METHOD,
+         [] { return DOM_userrecord_tlv_EncodeBackupMethod(6); },
+         [](TLV_MSG* msg) {
+             uint32_t bits = 0;
+             BackupMethods methods{};
+             EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethod(msg, &bits), DOM_OK);
+             EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodByStruct(msg, &methods), DOM_OK);
+             EXPECT_EQ(bits, 6u);
+             EXPECT_EQ(methods.online_fail, 0);
+             EXPECT_EQ(methods.abnormal_offline, 1);
+             EXPECT_EQ(methods.normal_offline, 1);
+         }},
+        {"msg_173_record_online_fail", DOM_MSG_USER_RECORD,
+         [] {
+             const UserRecord record = SampleRecord(true);
+             return DOM_EncodeOnlineFailRecord(&record);
+         },
+         ExpectRecord(DOM_RECORD_ONLINE_FAIL, true)},
+        {"msg_173_record_offline", DOM_MSG_USER_RECORD,
+         [] {
+             const UserRecord record = SampleRecord(false);
+             return DOM_EncodOfflineRecord(1, &record);
+         },
+         ExpectRecord(DOM_RECORD_NORMAL_OFFLINE, false)},
+        {"msg_173_record_delete", DOM_MSG_USER_RECORD,
+         [] { return DOM_EncodeDelUserRecord(DOM_RECORD_ABNORMAL_OFFLINE, 0x0102030405060708u); },
+         [](TLV_MSG* msg) {
+             uint32_t kind = 0;
+             uint64_t serial = 0;
+             EXPECT_EQ(DOM_DecodeDelUserRecord(msg, &kind, &serial), DOM_OK);
+             EXPECT_EQ(kind, uint32_t{DOM_RECORD_ABNORMAL_OFFLINE});
+             EXPECT_EQ(serial, 0x0102030405060708u);
+         }},
+    };
+}
+
+}  // namespace golden

@@ -158,7 +158,8 @@ TEST_F(CtlExport, OlderFileStaysWhenTheNewOneCannotBeWritten) {
                         "/ctl/aaactl' --run-dir '" +
                             daemon_.RunDir() + "' config export saved");
     EXPECT_EQ(answer.status, 2) << answer.text;
-    EXPECT_NE(answer.text.find("saved.unfinished\": File too large"), std::string::npos) << answer.text;
+    EXPECT_NE(answer.text.find("saved.unfinished\": File too large"), std::string::npos)
+        << answer.text;
     EXPECT_EQ(FileText(daemon_.RunDir() + "/saved"), before);
     EXPECT_FALSE(std::filesystem::exists(daemon_.RunDir() + "/saved.unfinished"));
 }

@@ -1,6 +1,6 @@
 // NAS-ID profiles, which the working role alone holds, and their place in the daemon's transaction.
-#include <signal.h>
 #include <platform/aaa_tlv.h>
+#include <signal.h>
 #include <sys/resource.h>
 
 #include <thread>

@@ -146,8 +146,8 @@ TEST_F(NasIdBindingTable, ChangesLockTheCallingRolesMutex) {
     EXPECT_EQ(fake::HeldLocks(), 1);
 }
 
-// The working role's mutex whichever role asks: with the configuration role's held, both roles still
-// get their answers, and each takes exactly one lock.
+// The working role's mutex whichever role asks: with the configuration role's held, both roles
+// still get their answers, and each takes exactly one lock.
 TEST_F(NasIdBindingTable, LookupLocksTheWorkingRolesMutexFromBothRoles) {
     InConfig([] { return Bind("Office", "config", 1); });
     MutexGuard config(NasIdBindings(Role::kConfig).mutex);

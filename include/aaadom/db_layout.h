@@ -67,6 +67,67 @@ enum DomDbObject {
 #define DOM_DB_NASID_ENTRY_TEXT_OFFSET 2u
 #define DOM_DB_NASID_ENTRY_TEXT_SIZE 32u
 
+/* An accounting policy's key is this prefix and the policy's name, cut to 50 characters. */
+#define DOM_DB_PREFIX_ITA_POLICY "dom-tlv-ita-policy-"
+#define DOM_DB_PREFIX_ITA_POLICY_LEN 19u
+#define DOM_DB_ITA_POLICY_KEY_SIZE 51u
+
+/* TLVs of a stored accounting policy, in the order in which they are written. Numbers are
+ * big-endian UINT32. */
+enum DomDbItaPolicyTlv {
+    DOM_DB_ITA_METHOD = 1, /* sub, six times: DomMethodItemTlv */
+    DOM_DB_ITA_LEVEL_COUNT = 2,
+    DOM_DB_ITA_LEVEL = 3, /* sub, eight times: DomDbItaLevelTlv */
+    DOM_DB_ITA_TOGETHER_STATE = 4,
+    DOM_DB_ITA_SEPARATION_STATE = 5,
+    DOM_DB_ITA_QUOTA_OUT_STATE = 6
+};
+enum DomDbItaLevelTlv {
+    DOM_DB_ITA_LEVEL_INDEX = 1, /* 0..7 */
+    DOM_DB_ITA_LEVEL_ID = 2,
+    DOM_DB_ITA_LEVEL_VALUE = 3,
+    DOM_DB_ITA_LEVEL_FIRST_A = 4,
+    DOM_DB_ITA_LEVEL_FIRST_B = 5,
+    DOM_DB_ITA_LEVEL_SECOND_A = 6,
+    DOM_DB_ITA_LEVEL_SECOND_B = 7
+};
+
+/* The accounting policies of former releases, which are read and never written: key, cut to 46
+ * characters, and the offsets of a fixed block of big-endian numbers. */
+#define DOM_DB_PREFIX_ITA_POLICY_OLD "dom-ita-policy-"
+#define DOM_DB_PREFIX_ITA_POLICY_OLD_LEN 15u
+#define DOM_DB_ITA_POLICY_OLD_KEY_SIZE 47u
+enum DomDbOldItaPolicy {
+    DOM_DB_OLD_ITA_NAME = 0,
+    DOM_DB_OLD_ITA_NAME_SIZE = 32,
+    DOM_DB_OLD_ITA_METHODS = 32,
+    DOM_DB_OLD_ITA_METHOD_COUNT = 6,
+    DOM_DB_OLD_ITA_METHOD_SIZE = 44,
+    DOM_DB_OLD_ITA_METHOD_KIND = 0,
+    DOM_DB_OLD_ITA_METHOD_NAME = 4,
+    DOM_DB_OLD_ITA_METHOD_NAME_SIZE = 32,
+    DOM_DB_OLD_ITA_METHOD_INDEX = 36, /* the last 4 bytes of a method are not read */
+    DOM_DB_OLD_ITA_LEVEL_COUNT = 296,
+    DOM_DB_OLD_ITA_LEVELS = 300,
+    DOM_DB_OLD_ITA_LEVEL_ENTRIES = 8,
+    DOM_DB_OLD_ITA_LEVEL_SIZE = 24,        /* six words: ID, value, first pair, second pair */
+    DOM_DB_OLD_ITA_TOGETHER_STATE = 492,   /* 2 bytes */
+    DOM_DB_OLD_ITA_SEPARATION_STATE = 494, /* 2 bytes */
+    DOM_DB_OLD_ITA_QUOTA_OUT_STATE = 496,  /* 2 bytes */
+    DOM_DB_OLD_ITA_USED = 498,
+    DOM_DB_OLD_ITA_SIZE = 500
+};
+
+/* The recording policy's key is its type's name and this suffix: "connection-recording-policy". */
+#define DOM_DB_SUFFIX_REC_POLICY "-recording-policy"
+#define DOM_DB_REC_POLICY_KEY_SIZE 49u
+
+/* TLVs of a stored recording policy, in the order in which they are written. */
+enum DomDbRecPolicyTlv {
+    DOM_DB_REC_TYPE = 1,  /* big-endian UINT32 */
+    DOM_DB_REC_METHOD = 2 /* sub, six times: DomMethodItemTlv */
+};
+
 #define DOM_DB_VALUE_MAX 65535u
 
 #endif

@@ -2,6 +2,7 @@
 #ifndef AAADOM_AAADOM_H
 #define AAADOM_AAADOM_H
 
+#include <aaadom/accounting_policy.h>
 #include <aaadom/channel.h>
 #include <aaadom/codes.h>
 #include <aaadom/database.h>
@@ -15,10 +16,10 @@
 #include <aaadom/method_list.h>
 #include <aaadom/nas_id.h>
 #include <aaadom/nas_id_codec.h>
-#include <aaadom/policy.h>
 #include <aaadom/profile.h>
 #include <aaadom/record_codec.h>
 #include <aaadom/record_switches.h>
+#include <aaadom/recording_policy.h>
 #include <aaadom/restore.h>
 #include <aaadom/results.h>
 #include <aaadom/rows.h>

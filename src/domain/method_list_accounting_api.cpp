@@ -1,7 +1,7 @@
 // What a domain says about accounting beside its method lists: the name of its accounting policy
 // and the accounting words among its authorization attributes.
+#include <aaadom/accounting_policy.h>
 #include <aaadom/method_list.h>
-#include <aaadom/policy.h>
 #include <aaadom/results.h>
 
 #include "base/text.h"

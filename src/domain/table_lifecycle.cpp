@@ -1,9 +1,10 @@
 #include "domain/table_lifecycle.h"
 
+#include <aaadom/accounting_policy.h>
 #include <aaadom/domain.h>
-#include <aaadom/policy.h>
 #include <aaadom/profile.h>
 #include <aaadom/record_switches.h>
+#include <aaadom/recording_policy.h>
 #include <aaadom/results.h>
 
 #include <cstdlib>

@@ -1,6 +1,5 @@
 #include "policy/ita_policy.h"
 
-#include <aaadom/policy.h>
 #include <aaadom/results.h>
 
 #include <cstdlib>
@@ -74,7 +73,7 @@ uint32_t CopyItaMethods(Role role, const char* policy_name,
     if (table == nullptr) return DOM_ERR_FAILED;
     HASH_NODE* found = HASH_Find(table, policy_name, CompareName);
     if (found == nullptr) return DOM_ERR_FAILED;
-    memcpy(methods, reinterpret_cast<ItaPolicy*>(found)->acct_scheme.methods, sizeof methods);
+    memcpy(methods, reinterpret_cast<ItaPolicy*>(found)->acct_scheme, sizeof methods);
     return DOM_OK;
 }
 

@@ -1,8 +1,7 @@
 // The accounting-policy store: a 128-bucket table a role, looked up by exact name.
 #pragma once
 
-#include <aaadom/types.h>
-#include <platform/hash.h>
+#include <aaadom/accounting_policy.h>
 
 #include <cstdint>
 
@@ -11,29 +10,6 @@
 namespace aaadom {
 
 constexpr uint32_t kItaPolicyBuckets = 128;
-constexpr uint32_t kItaPolicyNameSize = 32;
-constexpr uint32_t kItaLevels = 8;
-
-struct ItaAcctLevel {
-    uint32_t level_id;  // 0 = free entry
-    uint32_t level_value;
-    uint32_t first_pair[2];
-    uint32_t second_pair[2];
-};
-
-/// One accounting policy. The bucket links stand first, so that the hash table's node is the
-/// record.
-struct ItaPolicy {
-    HASH_NODE hash_links;
-    char name[kItaPolicyNameSize];
-    MethodList acct_scheme;
-    uint32_t level_count;
-    ItaAcctLevel levels[kItaLevels];
-    uint16_t together_state;
-    uint16_t separation_state;
-    uint16_t quota_state;
-};
-
 /// Bucket of a policy name: case counts.
 uint32_t ItaPolicyBucket(const void* name) noexcept;
 

@@ -1,4 +1,5 @@
-#include <aaadom/policy.h>
+#include <aaadom/accounting_policy.h>
+#include <aaadom/recording_policy.h>
 #include <aaadom/results.h>
 
 #include "policy/ita_policy.h"

@@ -1,6 +1,5 @@
 #include "policy/rec_policy.h"
 
-#include <aaadom/policy.h>
 #include <aaadom/results.h>
 
 #include <cstdlib>
@@ -26,7 +25,7 @@ RecPolicy*& RecPolicySlot(Role role, uint32_t type) noexcept {
 }
 
 uint32_t InitRecPolicies(Role role) noexcept {
-    RecPolicy*& slot = RecPolicySlot(role, kRecPolicyConnection);
+    RecPolicy*& slot = RecPolicySlot(role, DOM_REC_POLICY_CONNECTION);
     if (role == Role::kConfig) {
         slot = nullptr;
         return DOM_OK;
@@ -38,7 +37,7 @@ uint32_t InitRecPolicies(Role role) noexcept {
 }
 
 void FiniRecPolicies(Role role) noexcept {
-    RecPolicy*& slot = RecPolicySlot(role, kRecPolicyConnection);
+    RecPolicy*& slot = RecPolicySlot(role, DOM_REC_POLICY_CONNECTION);
     if (role == Role::kConfig) {
         Destroy(slot);  // used by the configuration thread alone
         return;

@@ -1,20 +1,13 @@
 // The recording-policy store: one slot a role for each policy type, of which there is one.
 #pragma once
 
-#include <aaadom/types.h>
+#include <aaadom/recording_policy.h>
 
 #include <cstdint>
 
 #include "base/role.h"
 
 namespace aaadom {
-
-constexpr uint32_t kRecPolicyConnection = 0;  // the only policy type
-
-struct RecPolicy {
-    uint32_t policy_type;
-    MethodList acct_scheme;
-};
 
 /// Empties the role's slot without freeing what it held. DOM_ERR_FAILED when the mutex cannot be
 /// made; the slot is emptied all the same.

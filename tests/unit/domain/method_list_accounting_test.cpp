@@ -1,4 +1,4 @@
-#include <aaadom/policy.h>
+#include <aaadom/accounting_policy.h>
 
 #include <cstring>
 #include <string>
@@ -78,7 +78,8 @@ TEST_F(DomainAccounting, MethodListComesFromTheNamedPolicy) {
     NamePolicy("a", "gold");
     ItaPolicy policy{};
     strcpy(policy.name, "gold");
-    policy.acct_scheme = ListOf(1, 2, {2, 4});
+    const MethodList scheme = ListOf(1, 2, {2, 4});
+    memcpy(policy.acct_scheme, scheme.methods, sizeof policy.acct_scheme);
     HASH_NODE*& bucket = g_pstDomainItaPolicyTable->buckets[ItaPolicyBucket("gold")];
     bucket = &policy.hash_links;
     policy.hash_links.prev_link = &bucket;

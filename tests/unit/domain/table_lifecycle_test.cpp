@@ -1,6 +1,6 @@
+#include <aaadom/accounting_policy.h>
 #include <aaadom/domain.h>
 #include <aaadom/domain_table.h>
-#include <aaadom/policy.h>
 #include <aaadom/record_switches.h>
 #include <aaadom/results.h>
 #include <aaadom/session.h>

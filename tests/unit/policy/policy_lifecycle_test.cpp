@@ -1,4 +1,3 @@
-#include <aaadom/policy.h>
 #include <aaadom/results.h>
 #include <gtest/gtest.h>
 
@@ -25,9 +24,8 @@ class PolicyLifecycle : public testing::Test {
     static void Put(HASH_TABLE* table, const char* name, const char* scheme) {
         auto* policy = static_cast<ItaPolicy*>(calloc(1, sizeof(ItaPolicy)));
         strcpy(policy->name, name);
-        policy->acct_scheme.aaa_type = 5;
-        policy->acct_scheme.methods[0].method_kind = 1;
-        strcpy(policy->acct_scheme.methods[0].scheme_name, scheme);
+        policy->acct_scheme[0].method_kind = 1;
+        strcpy(policy->acct_scheme[0].scheme_name, scheme);
         HASH_NODE** head = &table->buckets[ItaPolicyBucket(name)];
         policy->hash_links.next = *head;
         policy->hash_links.prev_link = head;
@@ -166,7 +164,7 @@ TEST_F(PolicyLifecycle, RecordingPolicyHasASlotForEachRole) {
 TEST_F(PolicyLifecycle, RecordingInitForgetsAndFiniFrees) {
     for (uint32_t role : {fake::kWorkingRole, fake::kConfigRole}) {
         const fake::ScopedRole scoped(role);
-        RecPolicy*& slot = RecPolicySlot(CurrentRole(), kRecPolicyConnection);
+        RecPolicy*& slot = RecPolicySlot(CurrentRole(), DOM_REC_POLICY_CONNECTION);
         RecPolicy former{};
         slot = &former;
         EXPECT_EQ(DOM_Rec_policy_Init(), DOM_OK);

@@ -5,10 +5,10 @@
 #include <new>
 #include <utility>
 
+#include "base/batch_record.h"
 #include "base/message.h"
 #include "domain/nas_id_binding.h"
 #include "domain/nas_id_profile.h"
-#include "domain/standby_sync.h"
 
 namespace aaadom {
 namespace {
@@ -68,7 +68,7 @@ class MessageQueue {
 
 void SendNasIdProfiles(Role role, int32_t fd) noexcept {
     ForEachNode(NasIdProfiles(role), [fd](const HASH_NODE& node) {
-        SendBatchRecord(TlvPtr(DOM_EncodeNasIdProfile(AsNasIdProfile(&node)->name)), fd);
+        (void)SendBatchRecord(TlvPtr(DOM_EncodeNasIdProfile(AsNasIdProfile(&node)->name)), fd);
     });
 }
 
@@ -84,7 +84,7 @@ void SendNasIdBindings(Role role, int32_t fd) noexcept {
         });
     }
     // A peer that reads slowly must not keep others from the table: the mutex is free by now.
-    while (TlvPtr msg = messages.Pop()) SendBatchRecord(std::move(msg), fd);
+    while (TlvPtr msg = messages.Pop()) (void)SendBatchRecord(std::move(msg), fd);
 }
 
 }  // namespace aaadom

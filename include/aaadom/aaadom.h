@@ -17,6 +17,7 @@
 #include <aaadom/nas_id.h>
 #include <aaadom/nas_id_codec.h>
 #include <aaadom/profile.h>
+#include <aaadom/profile_codec.h>
 #include <aaadom/record_codec.h>
 #include <aaadom/record_switches.h>
 #include <aaadom/recording_policy.h>

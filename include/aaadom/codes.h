@@ -182,6 +182,10 @@ enum DomTlvType {
     DOM_TLV_ESCAPE_DOMAIN = 376,           /* text 256 */
     DOM_TLV_DEBUG_FLAG = 377,              /* UINT32 */
     DOM_TLV_CRITICAL_PROFILE_NAME = 389,   /* text 32 */
+    DOM_TLV_CRITICAL_SEGMENT_NAME = 390,   /* text 32 */
+    DOM_TLV_CRITICAL_VALUE_16 = 391,       /* UINT32 carrying 16 bits */
+    DOM_TLV_CRITICAL_SEGMENT_ID = 392,     /* UINT32 */
+    DOM_TLV_CRITICAL_VPN_NAME = 393,       /* text 32 */
     DOM_TLV_AUTH_FAIL_KIND = 411,          /* UINT32 carrying 16 bits */
     DOM_TLV_ATTR_K23_WORD = 412,
     DOM_TLV_ATTR_K22_TEXT = 413, /* text 32 */
@@ -190,6 +194,7 @@ enum DomTlvType {
     DOM_TLV_AUTHOR_PROFILE_NAME = 430, /* text 32: attribute kind 25, codes 156..159 */
     DOM_TLV_AUTHOR_SEGMENT_NAME = 431, /* text 32 */
     DOM_TLV_AUTHOR_SEGMENT_ID = 432,   /* UINT32 */
+    DOM_TLV_AUTHOR_VPN_NAME = 433,     /* text 32 */
     DOM_TLV_AUTHOR_VALUE_434 = 434,    /* UINT32 */
     DOM_TLV_AUTHOR_ENTRY = 435,        /* raw 100 */
     DOM_TLV_AUTHOR_PROFILE_NUM = 436,  /* UINT32 */

@@ -52,14 +52,19 @@ void DOM_SetDomainDBMHandle(DBM_HANDLE handle) AAADOM_NOEXCEPT;
  * is the present state of the calling role's tables, not something out of the record. Types: 1 a
  * domain record (deleting is DOM_DeleteDomainToDBByIndex's, here it does nothing and gives 0); 2
  * default and 6 unknown domain (deleting leaves the key with an empty value); 3 session limits, 7
- * device ID, 11 record switches and 38 backup methods (the operation is not looked at); 4 a NAS-ID
- * profile and 5 one of its bindings, which alone are written from the record's own fields: an
- * existing profile and a binding that is stored already are successes that write nothing, another
- * NAS-ID for the VLAN replaces the entry in one transaction, deleting what is not there fails.
+ * device ID, 11 record switches and 38 backup methods (the operation is not looked at). Profiles
+ * alone are written from the record's own fields, and found by the exact bytes of their name. 4 a
+ * NAS-ID profile and 5 one of its bindings: an existing profile and a binding that is stored
+ * already are successes that write nothing, another NAS-ID for the VLAN replaces the entry in one
+ * transaction, deleting what is not there fails. 23 a critical and 33 an authorization profile: an
+ * existing profile is left as it is; deleting takes its VPNs and its default segment along, and
+ * fails when the profile is not there. 24 and 34 the segment of one of its VPNs: a stored one is
+ * overwritten; deleting always succeeds. 25 and 35 its default segment: writing and deleting always
+ * succeed, also when the database refused.
  * @param request  borrowed; operation 1 adds or modifies, anything else deletes.
  * @return 0; DOM_ERR_FAILED: null request, a type without a saved form, a domain that is not in the
- *         table (nothing is written), a profile that is not stored (types 4 deleting and 5), no
- *         memory, or the database refused.
+ *         table (nothing is written), a profile that is not stored (types 4, 23 and 33 deleting, 5,
+ *         24 and 34 adding), no memory, or the database refused.
  * @thread any; type 1 takes the calling role's table mutex, types 11 and 38 its record locks; the
  *         caller holds none. The database is called without them.
  */
@@ -206,6 +211,58 @@ uint32_t DOM_IsExistProfileName(DBM_HANDLE handle, const char* name) AAADOM_NOEX
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetAllNasIdProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;
+
+/**
+ * Build the keys of a critical profile: of the list that holds its VPNs, and of its default
+ * segment.
+ * @param name  borrowed; what makes the key longer than 128 characters is cut. Null counts as
+ *              empty.
+ * @param key  129 bytes; may be null.
+ * @return length of the key with its terminator, at most 129; 0 for a null key.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetDBkeyFromCriticalProfileName(const char* name, char* key) AAADOM_NOEXCEPT;
+uint32_t DOM_GetDBkeyFromCriticalMicroSegMent(const char* name, char* key) AAADOM_NOEXCEPT;
+
+/**
+ * Builds the key of the list that holds an authorization profile's VPNs.
+ * @param name  borrowed; cut as the key needs. Null counts as empty.
+ * @param size  size of `key` in bytes; 129 for a key that is used: keys of more than 128 characters
+ *              are stored cut to 128.
+ * @param key  may be null.
+ * @return length of the key with its terminator, at most `size`; 0 for a null key and size 0.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetDBkeyFromAuthorProfileName(const char* name, uint32_t size,
+                                           char* key) AAADOM_NOEXCEPT;
+
+/**
+ * Builds the key of an authorization profile's default segment; parameters and result as
+ * DOM_GetDBkeyFromCriticalMicroSegMent.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetDBkeyFromAuthorMicroSegMent(const char* name, char* key) AAADOM_NOEXCEPT;
+
+/**
+ * Tell whether a critical or an authorization profile is saved.
+ * @param handle  borrowed.
+ * @param name  compared exactly, letter case included, unlike names in the store.
+ * @return 1; 0 when it is not.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_IsExistCriticalProfileName(DBM_HANDLE handle, const char* name) AAADOM_NOEXCEPT;
+uint32_t DOM_IsExistAuthorProfileName(DBM_HANDLE handle, const char* name) AAADOM_NOEXCEPT;
+
+/**
+ * List the saved critical or authorization profiles, also those without a VPN.
+ * @param handle  borrowed.
+ * @param list  the names are appended at its tail; what it holds stays.
+ * @return 0; DOM_ERR_NOT_FOUND when none is saved; DOM_ERR_FAILED when memory is short, the list
+ *         then holds the names so far, and for a null list.
+ * @thread any; takes no lock.
+ */
+uint32_t DOM_GetAllCriticalProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;
+uint32_t DOM_GetAllAuthorProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;
 
 /**
  * The saved session limit of one access type, from a handle that is opened for this one read.

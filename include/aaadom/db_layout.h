@@ -57,6 +57,14 @@ enum DomDbObject {
 /* A profile's key is this prefix and the profile's name, cut to 128 characters. */
 #define DOM_DB_PREFIX_NASID_PROFILE "profilename_"
 #define DOM_DB_PREFIX_NASID_PROFILE_LEN 12u
+#define DOM_DB_PREFIX_CRITICAL_PROFILE "criticalprofilename_"
+#define DOM_DB_PREFIX_CRITICAL_PROFILE_LEN 20u
+#define DOM_DB_PREFIX_CRITICAL_SEGMENT "criticalmicrosegmentname_"
+#define DOM_DB_PREFIX_CRITICAL_SEGMENT_LEN 25u
+#define DOM_DB_PREFIX_AUTHOR_PROFILE "authorprofilename_"
+#define DOM_DB_PREFIX_AUTHOR_PROFILE_LEN 18u
+#define DOM_DB_PREFIX_AUTHOR_SEGMENT "authormicrosegmentname_"
+#define DOM_DB_PREFIX_AUTHOR_SEGMENT_LEN 23u
 #define DOM_DB_PROFILE_KEY_SIZE 129u
 
 /* Entry of a NAS-ID profile's sorted list: VLAN identifier in host order, the sort key, then the
@@ -127,6 +135,23 @@ enum DomDbRecPolicyTlv {
     DOM_DB_REC_TYPE = 1,  /* big-endian UINT32 */
     DOM_DB_REC_METHOD = 2 /* sub, six times: DomMethodItemTlv */
 };
+
+/* Entry of a critical profile's sorted list, by VPN name, and value of its default segment, which
+ * has no VPN name: big-endian segment ID and 16-bit value, segment name, VPN name. The texts are
+ * terminated and filled up with zeros; so are the bytes between and behind the members. */
+#define DOM_DB_CRITICAL_ENTRY_SIZE 72u
+#define DOM_DB_CRITICAL_ENTRY_ID_OFFSET 0u
+#define DOM_DB_CRITICAL_ENTRY_VALUE16_OFFSET 4u
+#define DOM_DB_CRITICAL_ENTRY_TEXT_OFFSET 8u
+#define DOM_DB_CRITICAL_ENTRY_VPN_OFFSET 40u
+
+/* The same of an authorization profile: big-endian segment ID, segment name, VPN name. */
+#define DOM_DB_AUTHOR_ENTRY_SIZE 68u
+#define DOM_DB_AUTHOR_ENTRY_ID_OFFSET 0u
+#define DOM_DB_AUTHOR_ENTRY_TEXT_OFFSET 4u
+#define DOM_DB_AUTHOR_ENTRY_VPN_OFFSET 36u
+
+#define DOM_DB_PROFILE_TEXT_SIZE 32u
 
 #define DOM_DB_VALUE_MAX 65535u
 

@@ -318,6 +318,118 @@ uint32_t MOR_SetAaaNasIdProfile(const char* profile_name, uint32_t op, uint32_t*
 uint32_t MOR_SetNasIdBindVlanId(const char* profile_name, const char* nas_id, uint16_t vlan_id,
                                 uint32_t op) AAADOM_NOEXCEPT;
 
+/**
+ * Creates (op DOM_OP_SET) or deletes (op DOM_OP_DELETE) a critical profile; code 147. Walks the
+ * reply to its end, so the name may stand on either side of the result.
+ * @param profile_name  at most 31 characters, deleted in any letter case.
+ * @param result  receives the result of the reply as it is: 0, 1 no memory or malformed, 10 all
+ *                profiles in use, 12 no such profile, 13 exists already; 1 for a reply without one.
+ * @param name_out  32 bytes: at most 31 characters and the terminator; receives the name that the
+ *                  reply carries, in its stored spelling. Untouched when it carries none; may be
+ *                  null.
+ * @return 0 for the results 0, 12 and 13, after which the device is as it was asked to be; 1 for
+ *         any other; DOM_ERR_FAILED without a reply or when the request could not be encoded.
+ */
+uint32_t MOR_SetAaaCriticalProfile(const char* profile_name, uint32_t op, uint32_t* result,
+                                   char* name_out) AAADOM_NOEXCEPT;
+
+/**
+ * Creates or deletes an authorization profile; code 156. As MOR_SetAaaCriticalProfile, with the
+ * results of authorization profiles: 0, 1, 19 exists already, 20 all profiles in use, 21 no such
+ * profile.
+ * @param profile_name  at most 31 characters, deleted in any letter case.
+ * @param result  receives the result of the reply as it is; 1 for a reply without one.
+ * @param name_out  32 bytes; as for MOR_SetAaaCriticalProfile.
+ * @return 0 for the results 0 and 19; 1 for any other, 21 included: unlike a critical profile, an
+ *         authorization profile that is not there cannot be deleted; DOM_ERR_FAILED without a reply
+ *         or when the request could not be encoded.
+ */
+uint32_t MOR_SetAaaAuthorProfile(const char* profile_name, uint32_t op, uint32_t* result,
+                                 char* name_out) AAADOM_NOEXCEPT;
+
+/**
+ * Sends a request that changes a segment of an authorization profile. Judged.
+ * @param request  borrowed; built by the caller. Null fails.
+ */
+uint32_t MOR_AuthorSegMsgProc(TLV_MSG* request, uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Sets (op DOM_OP_SET) or deletes (op DOM_OP_DELETE) the segment of one VPN of a critical profile;
+ * code 148. Judged.
+ * @param segment  borrowed; profile and VPN name tell which; a set needs an ID other than 0.
+ */
+uint32_t MOR_SetVpnCriticalSeg(const CriticalProfileMsg* segment, uint32_t op,
+                               uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Sets or deletes the segment of one VPN of an authorization profile; code 157. Judged.
+ * @param segment  borrowed; as for MOR_SetVpnCriticalSeg.
+ */
+uint32_t MOR_SetVpnAuthorSeg(const AuthorProfileMsg* segment, uint32_t op,
+                             uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Sets (op DOM_OP_SET) or clears (op DOM_OP_DELETE) the default segment of a critical profile; code
+ * 149. Judged.
+ * @param segment  borrowed; the VPN name is not sent. A set needs an ID other than 0, a deletion
+ *                 carries ID 0: the profile takes the ID and the name that are sent.
+ */
+uint32_t MOR_SetDefaultCriticalSeg(const CriticalProfileMsg* segment, uint32_t op,
+                                   uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Sets or clears the default segment of an authorization profile; code 158. Judged.
+ * @param segment  borrowed; as for MOR_SetDefaultCriticalSeg.
+ */
+uint32_t MOR_SetDefaultAuthorSeg(const AuthorProfileMsg* segment, uint32_t op,
+                                 uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Reads the number of authorization profiles; code 160 with the caller's operation.
+ * @param op  DOM_OP_GET.
+ * @param result  receives the daemon's result of a refused read, else untouched. May be null.
+ * @return the number itself; 0 also for a refusal and for a reply without a number; DOM_ERR_FAILED
+ *         without a reply.
+ */
+uint32_t MOR_GetAAAAuthorProfileNum(uint32_t op, uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Reads one authorization profile with its VPNs; code 159. Refusable read.
+ * @param profile_name  at most 31 characters, in any letter case.
+ * @param op  DOM_OP_GET.
+ * @param profile  receives the profile; null fails.
+ */
+uint32_t MOR_GetAAAAuthorProfile(const char* profile_name, uint32_t op, AAAAuthorProfile* profile,
+                                 uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Read a profile and its default segment: of critical profiles with code 147, of authorization
+ * profiles with code 156.
+ * @param profile_name  at most 31 characters: the profile in any letter case (op DOM_OP_GET), or
+ *                      the one before (op DOM_OP_GET_NEXT, empty for the first).
+ * @param out  receives the profile, segment ID 0 when it has no default segment; null fails.
+ * @param result  receives the daemon's result of a refused read, 12 (critical) or 21 for no such
+ *                profile; else untouched. May be null.
+ * @return 0; DOM_ERR_FAILED without a reply, for a refusal, which leaves `out` as it was, and for a
+ *         reply that is no profile.
+ */
+uint32_t MOR_GetCriticalPrfInfo(const char* profile_name, uint32_t op, CriticalProfileMsg* out,
+                                uint32_t* result) AAADOM_NOEXCEPT;
+uint32_t MOR_GetAuthorPrfInfo(const char* profile_name, uint32_t op, AuthorProfileMsg* out,
+                              uint32_t* result) AAADOM_NOEXCEPT;
+
+/**
+ * Read the segment of one VPN of a profile: of critical profiles with code 148, of authorization
+ * profiles with code 157. Refusable reads.
+ * @param profile_name,vpn_name  at most 31 characters: the VPN itself (op DOM_OP_GET), or the one
+ *                               before (op DOM_OP_GET_NEXT, empty names for the first).
+ * @param out  receives the VPN; null fails.
+ */
+uint32_t MOR_GetCriticalVPNInfo(const char* profile_name, const char* vpn_name, uint32_t op,
+                                CriticalProfileMsg* out, uint32_t* result) AAADOM_NOEXCEPT;
+uint32_t MOR_GetAuthorVPNInfo(const char* profile_name, const char* vpn_name, uint32_t op,
+                              AuthorProfileMsg* out, uint32_t* result) AAADOM_NOEXCEPT;
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }

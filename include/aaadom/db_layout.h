@@ -153,6 +153,14 @@ enum DomDbRecPolicyTlv {
 
 #define DOM_DB_PROFILE_TEXT_SIZE 32u
 
+/* A recording policy's key is the text of its type and this suffix. Its value is a message with
+ * TLVs of its own number space, its numbers big-endian. */
+#define DOM_DB_REC_POLICY_SUFFIX "-recording-policy"
+enum DomDbRecPolicyTlv {
+    DOM_DB_REC_TLV_TYPE = 1,  /* UINT32 */
+    DOM_DB_REC_TLV_METHOD = 2 /* sub: DomMethodItemTlv; six, empty ones included */
+};
+
 #define DOM_DB_VALUE_MAX 65535u
 
 #endif

@@ -16,57 +16,73 @@ enum class FieldKind { kU32, kI32, kSelector, kText, kAddress };
 
 struct Field {
     uint32_t kind;
-    const char* name;
+    std::string name;
     FieldKind type;
     size_t offset;
     size_t size;
 };
 
-#define AAACTL_FIELD(kind, name, type, member) \
-    { kind, name, FieldKind::type, offsetof(AuthorAttr, member), sizeof(AuthorAttr::member) }
-#define AAACTL_WORD(kind, name, member, index) \
-    { kind, name, FieldKind::kU32, offsetof(AuthorAttr, member) + 4 * (index), 4 }
-
-constexpr Field kFields[] = {
-    AAACTL_FIELD(0, "word1", kU32, kind0_word1),
-    AAACTL_FIELD(0, "word2", kU32, kind0_word2),
-    AAACTL_FIELD(0, "word3", kU32, kind0_word3),
-    AAACTL_FIELD(1, "text", kText, kind1_text),
-    AAACTL_FIELD(2, "text", kText, kind2_text),
-    AAACTL_WORD(3, "word1", kind3_words, 0),
-    AAACTL_WORD(3, "word2", kind3_words, 1),
-    AAACTL_WORD(3, "word3", kind3_words, 2),
-    AAACTL_WORD(3, "word4", kind3_words, 3),
-    AAACTL_WORD(3, "word5", kind3_words, 4),
-    AAACTL_FIELD(4, "text", kText, kind4_text),
-    AAACTL_FIELD(5, "address", kAddress, kind5_addr),
-    AAACTL_FIELD(6, "address", kAddress, kind6_addr),
-    AAACTL_FIELD(7, "text", kText, kind7_text),
-    AAACTL_FIELD(8, "text", kText, kind8_text),
-    AAACTL_FIELD(9, "word", kU32, kind9_word),
-    AAACTL_FIELD(10, "word", kU32, kind10_word),
-    AAACTL_FIELD(11, "word", kU32, kind11_word),
-    AAACTL_FIELD(12, "policy", kText, ita_policy_name),
-    AAACTL_FIELD(13, "word", kU32, kind13_word),
-    AAACTL_FIELD(14, "word1", kU32, kind14_word1),
-    AAACTL_FIELD(14, "word2", kU32, kind14_word2),
-    AAACTL_FIELD(15, "word", kU32, kind15_word),
-    AAACTL_FIELD(16, "address", kAddress, kind16_addr),
-    AAACTL_FIELD(17, "address", kAddress, kind17_addr),
-    AAACTL_FIELD(18, "text", kText, kind18_text),
-    AAACTL_FIELD(19, "word", kI32, kind19_word),
-    AAACTL_FIELD(20, "text", kText, kind20_text),
-    AAACTL_WORD(21, "rate1", kind21_rates, 0),
-    AAACTL_WORD(21, "rate2", kind21_rates, 1),
-    AAACTL_WORD(21, "rate3", kind21_rates, 2),
-    AAACTL_WORD(21, "rate4", kind21_rates, 3),
-    AAACTL_FIELD(22, "text", kText, kind22_text),
-    AAACTL_FIELD(23, "word", kU32, kind23_word),
-    AAACTL_FIELD(24, "word", kU32, kind24_word),
-    AAACTL_FIELD(25, "profile", kText, author_profile_name),
-    AAACTL_FIELD(26, "text", kText, kind26_text),
-    AAACTL_FIELD(26, "selector", kSelector, kind26_selector),
+/// Members of one type. An array of numbers has as many fields, numbered from 1.
+struct Member {
+    uint32_t kind;
+    const char* name;
+    size_t offset;
+    size_t size;
 };
+#define AAACTL_AT(member) offsetof(AuthorAttr, member), sizeof(AuthorAttr::member)
+
+constexpr Member kNumbers[] = {
+    {0, "word1", AAACTL_AT(kind0_word1)},   {0, "word2", AAACTL_AT(kind0_word2)},
+    {0, "word3", AAACTL_AT(kind0_word3)},   {3, "word", AAACTL_AT(kind3_words)},
+    {9, "word", AAACTL_AT(kind9_word)},     {10, "word", AAACTL_AT(kind10_word)},
+    {11, "word", AAACTL_AT(kind11_word)},   {13, "word", AAACTL_AT(kind13_word)},
+    {14, "word1", AAACTL_AT(kind14_word1)}, {14, "word2", AAACTL_AT(kind14_word2)},
+    {15, "word", AAACTL_AT(kind15_word)},   {21, "rate", AAACTL_AT(kind21_rates)},
+    {23, "word", AAACTL_AT(kind23_word)},   {24, "word", AAACTL_AT(kind24_word)},
+};
+constexpr Member kSignedNumbers[] = {{19, "word", AAACTL_AT(kind19_word)}};
+constexpr Member kTexts[] = {
+    {1, "text", AAACTL_AT(kind1_text)},   {2, "text", AAACTL_AT(kind2_text)},
+    {4, "text", AAACTL_AT(kind4_text)},   {7, "text", AAACTL_AT(kind7_text)},
+    {8, "text", AAACTL_AT(kind8_text)},   {12, "policy", AAACTL_AT(ita_policy_name)},
+    {18, "text", AAACTL_AT(kind18_text)}, {20, "text", AAACTL_AT(kind20_text)},
+    {22, "text", AAACTL_AT(kind22_text)}, {25, "profile", AAACTL_AT(author_profile_name)},
+    {26, "text", AAACTL_AT(kind26_text)},
+};
+constexpr Member kAddresses[] = {
+    {5, "address", AAACTL_AT(kind5_addr)},
+    {6, "address", AAACTL_AT(kind6_addr)},
+    {16, "address", AAACTL_AT(kind16_addr)},
+    {17, "address", AAACTL_AT(kind17_addr)},
+};
+constexpr Member kSelectors[] = {{26, "selector", AAACTL_AT(kind26_selector)}};
+
+template <size_t N>
+void AddFields(std::vector<Field>& fields, const Member (&members)[N], FieldKind type) {
+    for (const Member& member : members) {
+        const size_t count = type == FieldKind::kU32 ? member.size / sizeof(uint32_t) : 1;
+        const size_t size = member.size / count;
+        for (size_t i = 0; i < count; ++i) {
+            fields.push_back({member.kind,
+                              count == 1 ? member.name : member.name + std::to_string(i + 1), type,
+                              member.offset + i * size, size});
+        }
+    }
+}
+
+/// Fields of a kind stand in the order in which they are shown.
+const std::vector<Field>& Fields() {
+    static const std::vector<Field> fields = [] {
+        std::vector<Field> all;
+        AddFields(all, kNumbers, FieldKind::kU32);
+        AddFields(all, kSignedNumbers, FieldKind::kI32);
+        AddFields(all, kTexts, FieldKind::kText);
+        AddFields(all, kAddresses, FieldKind::kAddress);
+        AddFields(all, kSelectors, FieldKind::kSelector);
+        return all;
+    }();
+    return fields;
+}
 
 struct KindName {
     uint32_t kind;
@@ -164,10 +180,10 @@ void SetField(AuthorAttr& attributes, const Field& field, const std::string& wor
 
 const Field& FindField(uint32_t kind, const std::string& name) {
     std::string known;
-    for (const Field& field : kFields) {
+    for (const Field& field : Fields()) {
         if (field.kind != kind) continue;
         if (name == field.name) return field;
-        known += (known.empty() ? "" : ", ") + std::string(field.name);
+        known += (known.empty() ? "" : ", ") + field.name;
     }
     RefuseUsage("field \"" + name + "\"",
                 "attribute " + std::to_string(kind) + " has no such field",
@@ -183,7 +199,7 @@ AuthorAttr DefaultAttributes() {
 }
 
 bool SameKind(const AuthorAttr& a, const AuthorAttr& b, uint32_t kind) {
-    for (const Field& field : kFields) {
+    for (const Field& field : Fields()) {
         if (field.kind == kind && FieldToJson(a, field) != FieldToJson(b, field)) return false;
     }
     return true;
@@ -195,7 +211,7 @@ Json AttributesToJson(const AuthorAttr& attributes) {
     for (uint32_t kind = 0; kind < DOM_ATTR_KINDS; ++kind) {
         if (SameKind(attributes, defaults, kind)) continue;
         Json fields = Json::object();
-        for (const Field& field : kFields) {
+        for (const Field& field : Fields()) {
             if (field.kind == kind) fields[field.name] = FieldToJson(attributes, field);
         }
         kinds[std::to_string(kind)] = fields;
@@ -260,8 +276,8 @@ std::string DescribeKinds() {
             if (name.kind == kind) text += " (" + std::string(name.name) + ")";
         }
         text += ":";
-        for (const Field& field : kFields) {
-            if (field.kind == kind) text += " " + std::string(field.name);
+        for (const Field& field : Fields()) {
+            if (field.kind == kind) text += " " + field.name;
         }
         text += "\n";
     }

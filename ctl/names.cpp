@@ -108,6 +108,15 @@ std::string MethodName(const MethodEntry& entry) {
     return name;
 }
 
+std::vector<std::string> MethodNames(const MethodEntry (&methods)[DOM_METHODS]) {
+    std::vector<std::string> names;
+    for (const MethodEntry& entry : methods) {
+        if (entry.method_kind == METHOD_EMPTY) break;
+        names.push_back(MethodName(entry));
+    }
+    return names;
+}
+
 MethodList ParseMethodList(uint32_t aaa_type, uint32_t service,
                            const std::vector<std::string>& words) {
     const std::string object =

@@ -20,6 +20,8 @@ std::string ServiceName(uint32_t service);
 /// "scheme1:NAME", "scheme2:NAME", "scheme3:NAME", "local", "none".
 MethodEntry ParseMethod(const std::string& word);
 std::string MethodName(const MethodEntry& entry);
+/// The methods of a list in order of preference, up to the first empty one.
+std::vector<std::string> MethodNames(const MethodEntry (&methods)[DOM_METHODS]);
 /// At most six methods, in order of preference.
 MethodList ParseMethodList(uint32_t aaa_type, uint32_t service,
                            const std::vector<std::string>& words);

@@ -1,11 +1,18 @@
 // Texts of the daemon may hold any bytes; terminals and JSON take UTF-8 only.
 #pragma once
 
+#include <cstring>
 #include <string>
 
 #include "output.h"
 
 namespace aaactl {
+
+/// The text of a field that a full one leaves without a terminator.
+template <size_t N>
+std::string FieldText(const char (&field)[N]) {
+    return std::string(field, strnlen(field, N));
+}
 
 /// For terminals: control characters and bytes that are no UTF-8 as \xNN.
 std::string Printable(const std::string& text);

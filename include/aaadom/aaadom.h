@@ -3,6 +3,7 @@
 #define AAADOM_AAADOM_H
 
 #include <aaadom/accounting_policy.h>
+#include <aaadom/accounting_policy_codec.h>
 #include <aaadom/channel.h>
 #include <aaadom/codes.h>
 #include <aaadom/database.h>

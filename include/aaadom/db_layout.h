@@ -126,16 +126,6 @@ enum DomDbOldItaPolicy {
     DOM_DB_OLD_ITA_SIZE = 500
 };
 
-/* The recording policy's key is its type's name and this suffix: "connection-recording-policy". */
-#define DOM_DB_SUFFIX_REC_POLICY "-recording-policy"
-#define DOM_DB_REC_POLICY_KEY_SIZE 49u
-
-/* TLVs of a stored recording policy, in the order in which they are written. */
-enum DomDbRecPolicyTlv {
-    DOM_DB_REC_TYPE = 1,  /* big-endian UINT32 */
-    DOM_DB_REC_METHOD = 2 /* sub, six times: DomMethodItemTlv */
-};
-
 /* Entry of a critical profile's sorted list, by VPN name, and value of its default segment, which
  * has no VPN name: big-endian segment ID and 16-bit value, segment name, VPN name. The texts are
  * terminated and filled up with zeros; so are the bytes between and behind the members. */

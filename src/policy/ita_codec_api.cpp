@@ -135,7 +135,7 @@ TLV_MSG* DOM_ita_tlv_EncodeTrafQuotaOut(const char* name, uint16_t state) noexce
 
 uint32_t DOM_ita_tlv_DecodeTrafQuotaOut(TLV_MSG* msg, uint32_t capacity, char* name,
                                         uint16_t* state_out) noexcept {
-    // Quota-out is on unless a message says otherwise: old front ends send the name alone.
+    // Quota-out is on unless a message says otherwise, as in a new policy.
     constexpr uint32_t kPresetState = 1;
     const uint32_t named = ReadName(msg, capacity, name, Missing::kReadsEmpty);
     if (state_out != nullptr) {

@@ -11,8 +11,8 @@ using namespace aaadom;
 namespace {
 
 /// What goes out for the operation of a caller. Callers mean add or set by a non-zero operation,
-/// which goes out as 1, elsewhere the number of a deletion: daemons know these codes and turn the
-/// operation, and front ends of former releases send nothing else.
+/// which goes out as 1, elsewhere the number of a deletion: daemons know these codes and turn their
+/// operation, so turning it here as well would invert every request.
 constexpr uint32_t OperationToSend(uint32_t operation) noexcept {
     return operation != 0 ? 1 : 0;
 }

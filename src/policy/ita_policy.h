@@ -1,24 +1,33 @@
-// The accounting-policy store: a 128-bucket table a role, looked up by exact name.
+// One accounting policy: its defaults and its record's life.
 #pragma once
 
 #include <aaadom/accounting_policy.h>
 
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 
-#include "base/role.h"
+#include "base/text.h"
 
 namespace aaadom {
 
-constexpr uint32_t kItaPolicyBuckets = 128;
-/// Bucket of a policy name: case counts.
-uint32_t ItaPolicyBucket(const void* name) noexcept;
+struct ItaPolicyDestroyer {
+    void operator()(ItaPolicy* policy) const noexcept { free(policy); }
+};
+using ItaPolicyPtr = std::unique_ptr<ItaPolicy, ItaPolicyDestroyer>;
 
-/// DOM_OK, or DOM_ERR_FAILED. A role that is not the configuration role fails when it has a table.
-uint32_t InitItaPolicies(Role role) noexcept;
-void FiniItaPolicies(Role role) noexcept;
+/// A policy name as the store keeps it. Arguments are cut before anything is hashed or compared, so
+/// that an overlong name finds the policy that it created.
+struct ItaPolicyName {
+    explicit ItaPolicyName(const char* name) noexcept { CopyText(text, name); }
+    char text[DOM_ITA_NAME_SIZE];
+};
 
-/// Copies the methods of a policy's accounting scheme under the mutex, whatever the role.
-uint32_t CopyItaMethods(Role role, const char* policy_name,
-                        MethodEntry (&methods)[DOM_METHODS]) noexcept;
+/// A policy of that name with the settings of a new one; null when memory is short.
+[[nodiscard]] ItaPolicyPtr NewItaPolicy(const ItaPolicyName& name) noexcept;
+
+/// One item of kind 5 alone: what a policy has until a scheme is set. Peers drop a policy whose
+/// scheme is all empty, because its message then carries no item.
+void SetDefaultScheme(ItaPolicy& policy) noexcept;
 
 }  // namespace aaadom

@@ -411,7 +411,7 @@ uint32_t MOR_GetAAAAuthorProfile(const char* profile_name, uint32_t op, AAAAutho
  * @param result  receives the daemon's result of a refused read, 12 (critical) or 21 for no such
  *                profile; else untouched. May be null.
  * @return 0; DOM_ERR_FAILED without a reply, for a refusal, which leaves `out` as it was, and for a
- *         reply that is no profile.
+ *         reply with a name that does not fit.
  */
 uint32_t MOR_GetCriticalPrfInfo(const char* profile_name, uint32_t op, CriticalProfileMsg* out,
                                 uint32_t* result) AAADOM_NOEXCEPT;

@@ -4,7 +4,8 @@
  * given texts to their end and no further, also when a field lacks its terminator; they give null
  * for a null argument and when memory is short. Decoders look at no message code: they take the
  * TLVs of their list in any order, the last of several of one type, and skip the others. A text
- * whose TLV has more than 32 bytes is refused, not cut: a cut name would name another profile.
+ * whose TLV is longer than its buffer, or that leaves no room for a terminator, is refused, not
+ * cut: a cut name would name another profile.
  * What a message leaves out reads as 0 or as an empty text. */
 #ifndef AAADOM_PROFILE_CODEC_H
 #define AAADOM_PROFILE_CODEC_H
@@ -53,7 +54,8 @@ TLV_MSG* DOM_author_tlv_EncodeAuthorVpn(const AuthorProfileMsg* request) AAADOM_
 /**
  * Encodes the segment of a stored VPN: the same message as DOM_author_tlv_EncodeAuthorVpn gives.
  * @param vpn           borrowed.
- * @param profile_name  borrowed; the profile that the VPN belongs to.
+ * @param profile_name  borrowed; the profile that the VPN belongs to; at most 31 characters, cut
+ *                      like the names of stored profiles.
  * @return returned, destroy with TLV_Destroy; null for a null argument and when memory is short.
  * @thread the role that owns the VPN; takes no lock.
  */
@@ -112,9 +114,9 @@ uint32_t DOM_author_tlv_DecodeGetAuthorVpn(TLV_MSG* msg, char profile_name[32],
  * Reads the profile that a message is about: the first TLV 430.
  * @param msg           borrowed.
  * @param capacity      size of `profile_name` in bytes, terminator included.
- * @param profile_name  receives the name; unchanged on failure.
- * @return 0; DOM_ERR_FAILED when there is no TLV 430, when it has more than 32 or more than
- *         `capacity` bytes, for a null argument and capacity 0.
+ * @param profile_name  receives the name; undefined on failure, but terminated if it was.
+ * @return 0; DOM_ERR_FAILED when there is no TLV 430 or its text does not fit, and for a null
+ *         argument.
  * @thread any; takes no lock.
  */
 uint32_t DOM_author_tlv_DecodeProfileName(TLV_MSG* msg, uint32_t capacity,
@@ -161,7 +163,8 @@ TLV_MSG* DOM_critical_tlv_EncodeCriticalVpn(const CriticalProfileMsg* request) A
  * Encodes the segment of a stored VPN: the same message as DOM_critical_tlv_EncodeCriticalVpn
  * gives.
  * @param vpn           borrowed.
- * @param profile_name  borrowed; the profile that the VPN belongs to.
+ * @param profile_name  borrowed; the profile that the VPN belongs to; at most 31 characters, cut
+ *                      like the names of stored profiles.
  * @return returned, destroy with TLV_Destroy; null for a null argument and when memory is short.
  * @thread the role that owns the VPN; takes no lock.
  */
@@ -221,8 +224,8 @@ uint32_t DOM_critical_tlv_DecodeGetCriticalVpn(TLV_MSG* msg, char profile_name[3
 /**
  * Reads the profile that a message is about: the first TLV 389.
  * @param msg           borrowed.
- * @param profile_name  32 bytes; receives the name; unchanged on failure.
- * @return 0; DOM_ERR_FAILED when there is no TLV 389 or it has more than 32 bytes, and for a null
+ * @param profile_name  32 bytes; receives the name; undefined on failure, but terminated if it was.
+ * @return 0; DOM_ERR_FAILED when there is no TLV 389 or its text does not fit, and for a null
  *         argument.
  * @thread any; takes no lock.
  */

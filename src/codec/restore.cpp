@@ -36,6 +36,9 @@ constexpr CodeCase kCodeCases[] = {
     {DOM_MSG_DEVICE_ID, RestoreDeviceId},
     {DOM_MSG_USER_ADDR_TYPE, RestoreUserAddrType},
     {DOM_MSG_ACCT_DUAL_STACK, RestoreDualStackMode},
+    {DOM_MSG_REC_POLICY, RestoreRecPolicy},
+    {DOM_MSG_REC_POLICY_TYPE, RestoreRecPolicyType},
+    {DOM_MSG_REC_ACCT_SCHEME, RestoreRecAcctScheme},
     {DOM_MSG_REC_EN_ONLINE_FAIL, RestoreRecordSwitch},
     {DOM_MSG_REC_EN_OFFLINE_ALL, RestoreRecordSwitch},
     {DOM_MSG_REC_EN_OFFLINE_NORMAL, RestoreRecordSwitch},
@@ -46,6 +49,12 @@ constexpr CodeCase kCodeCases[] = {
     {DOM_MSG_PERMIT_DOMAIN, RestorePermitDomain},
     {DOM_MSG_ESCAPE_RECOVER, RestoreEscapeRecover},
     {DOM_MSG_DEBUG_FLAG, RestoreDebugFlag},
+    {DOM_MSG_CRITICAL_PROFILE, RestoreCriticalProfile},
+    {DOM_MSG_CRITICAL_VPN, RestoreCriticalVpn},
+    {DOM_MSG_CRITICAL_SEGMENT, RestoreCriticalSegment},
+    {DOM_MSG_AUTHOR_PROFILE, RestoreAuthorProfile},
+    {DOM_MSG_AUTHOR_VPN, RestoreAuthorVpn},
+    {DOM_MSG_AUTHOR_SEGMENT, RestoreAuthorSegment},
     {DOM_MSG_BACKUP_METHOD, RestoreBackupMethods},
 };
 

@@ -64,6 +64,19 @@ uint32_t RestoreSchemeRow(Restore& restore);
 uint32_t RestoreNasIdProfile(Restore& restore);
 uint32_t RestoreNasIdBinding(Restore& restore);
 
+// Critical and authorization profiles, which both roles have.
+uint32_t RestoreCriticalProfile(Restore& restore);
+uint32_t RestoreCriticalVpn(Restore& restore);
+uint32_t RestoreCriticalSegment(Restore& restore);
+uint32_t RestoreAuthorProfile(Restore& restore);
+uint32_t RestoreAuthorVpn(Restore& restore);
+uint32_t RestoreAuthorSegment(Restore& restore);
+
+// Recording policies.
+uint32_t RestoreRecPolicy(Restore& restore);
+uint32_t RestoreRecPolicyType(Restore& restore);
+uint32_t RestoreRecAcctScheme(Restore& restore);
+
 // Which user records are kept and backed up.
 uint32_t RestoreRecordSwitch(Restore& restore);
 uint32_t RestoreAllRecordSwitches(Restore& restore);

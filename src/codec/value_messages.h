@@ -67,6 +67,17 @@ inline constexpr ValueMessage<1> kAuthorProfileNameMessage = {
     DOM_MSG_AAA_AUTHOR_PROFILE, {{DOM_TLV_AUTHOR_PROFILE_NAME, ValueKind::kName}}};
 inline constexpr ValueMessage<1> kAuthorProfileNumMessage = {
     DOM_MSG_AAA_AUTHOR_PROFILE_NUM, {{DOM_TLV_AUTHOR_PROFILE_NUM, ValueKind::kWord}}};
+inline constexpr ValueMessage<1> kCriticalProfileMessage = {
+    DOM_MSG_CRITICAL_PROFILE, {{DOM_TLV_CRITICAL_PROFILE_NAME, ValueKind::kName}}};
+inline constexpr ValueMessage<1> kAuthorProfileMessage = {
+    DOM_MSG_AUTHOR_PROFILE, {{DOM_TLV_AUTHOR_PROFILE_NAME, ValueKind::kName}}};
+inline constexpr ValueMessage<2> kCriticalVpnQuestion = {
+    DOM_MSG_CRITICAL_VPN,
+    {{DOM_TLV_CRITICAL_PROFILE_NAME, ValueKind::kName},
+     {DOM_TLV_CRITICAL_VPN_NAME, ValueKind::kName}}};
+inline constexpr ValueMessage<2> kAuthorVpnQuestion = {
+    DOM_MSG_AUTHOR_VPN,
+    {{DOM_TLV_AUTHOR_PROFILE_NAME, ValueKind::kName}, {DOM_TLV_AUTHOR_VPN_NAME, ValueKind::kName}}};
 inline constexpr ValueMessage<1> kDomainNameInfoMessage = {DOM_MSG_DOMAIN_NAME_INFO, {kDomainName}};
 
 }  // namespace aaadom

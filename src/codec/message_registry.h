@@ -19,6 +19,13 @@ inline constexpr DomMsgCode kDomainMessageCodes[] = {
     DOM_MSG_DOMAIN_NAME_INFO, DOM_MSG_NASID_PROFILE,      DOM_MSG_NASID_BIND,
 };
 
+/// The same for recording policies.
+inline constexpr DomMsgCode kRecPolicyMessageCodes[] = {
+    DOM_MSG_REC_POLICY,
+    DOM_MSG_REC_POLICY_TYPE,
+    DOM_MSG_REC_ACCT_SCHEME,
+};
+
 /// The same for user records, their switches and backup methods.
 inline constexpr DomMsgCode kRecordMessageCodes[] = {
     DOM_MSG_RESET_ONLINE_FAIL,     DOM_MSG_RESET_OFFLINE_ALL,

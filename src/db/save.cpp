@@ -21,7 +21,14 @@ constexpr SavedType kSavedTypes[] = {
     {DOM_DB_NASID_VLAN, SaveNasIdBinding},
     {DOM_DB_UNKNOWN_DOMAIN, SaveUnknownDomain},
     {DOM_DB_DEVICE_ID, SaveDeviceId},
+    {DOM_DB_REC_POLICY, SaveRecPolicy},
     {DOM_DB_RECORD_ENABLE, SaveRecordSwitches},
+    {DOM_DB_CRITICAL_PROFILE, SaveCriticalProfile},
+    {DOM_DB_CRITICAL_ENTRY, SaveCriticalVpn},
+    {DOM_DB_CRITICAL_SEGMENT, SaveCriticalSegment},
+    {DOM_DB_AUTHOR_PROFILE, SaveAuthorProfile},
+    {DOM_DB_AUTHOR_ENTRY, SaveAuthorVpn},
+    {DOM_DB_AUTHOR_SEGMENT, SaveAuthorSegment},
     {DOM_DB_RECORD_BACKUP, SaveBackupMethods},
 };
 

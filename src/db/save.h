@@ -21,6 +21,13 @@ uint32_t SaveSessionLimits(const DomDbUpdateReq& request);
 uint32_t SaveDeviceId(const DomDbUpdateReq& request);
 uint32_t SaveNasIdProfile(const DomDbUpdateReq& request);
 uint32_t SaveNasIdBinding(const DomDbUpdateReq& request);
+uint32_t SaveRecPolicy(const DomDbUpdateReq& request);
+uint32_t SaveCriticalProfile(const DomDbUpdateReq& request);
+uint32_t SaveCriticalVpn(const DomDbUpdateReq& request);
+uint32_t SaveCriticalSegment(const DomDbUpdateReq& request);
+uint32_t SaveAuthorProfile(const DomDbUpdateReq& request);
+uint32_t SaveAuthorVpn(const DomDbUpdateReq& request);
+uint32_t SaveAuthorSegment(const DomDbUpdateReq& request);
 uint32_t SaveRecordSwitches(const DomDbUpdateReq& request);
 uint32_t SaveBackupMethods(const DomDbUpdateReq& request);
 

@@ -2,51 +2,50 @@
 
 #include <aaadom/results.h>
 
-#include <cstdlib>
-
-#include "base/lock.h"
-
 pthread_mutex_t g_stRecPolicyTypeMutexLock = PTHREAD_MUTEX_INITIALIZER;
 
 namespace aaadom {
 namespace {
-
-constinit RecPolicy* slots[2] = {};
-
-void Destroy(RecPolicy*& slot) noexcept {
-    free(slot);
-    slot = nullptr;
+constinit PerRole<RecPolicy*> slots;
 }
 
-}  // namespace
+RecPolicyPtr NewRecPolicy(uint32_t type) noexcept {
+    RecPolicyPtr policy(static_cast<RecPolicy*>(calloc(1, sizeof(RecPolicy))));
+    if (policy) policy->policy_type = type;
+    return policy;
+}
 
-RecPolicy*& RecPolicySlot(Role role, uint32_t type) noexcept {
-    return slots[role == Role::kConfig ? type : type + 1];
+RecPolicy*& RecPolicySlot(Role role) noexcept {
+    return slots.Of(role);
 }
 
 uint32_t InitRecPolicies(Role role) noexcept {
-    RecPolicy*& slot = RecPolicySlot(role, DOM_REC_POLICY_CONNECTION);
-    if (role == Role::kConfig) {
-        slot = nullptr;
-        return DOM_OK;
-    }
-    int failed = pthread_mutex_init(&g_stRecPolicyTypeMutexLock, nullptr);
-    ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
-    slot = nullptr;
+    int failed = 0;
+    if (role == Role::kWorking) failed = pthread_mutex_init(&g_stRecPolicyTypeMutexLock, nullptr);
+    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    RecPolicySlot(role) = nullptr;
     return failed != 0 ? DOM_ERR_FAILED : DOM_OK;
 }
 
 void FiniRecPolicies(Role role) noexcept {
-    RecPolicy*& slot = RecPolicySlot(role, DOM_REC_POLICY_CONNECTION);
-    if (role == Role::kConfig) {
-        Destroy(slot);  // used by the configuration thread alone
-        return;
-    }
-    {
-        ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
-        Destroy(slot);
-    }
-    (void)DestroyToInitial(g_stRecPolicyTypeMutexLock);
+    DestroyRecPolicy(role, DOM_REC_POLICY_CONNECTION);
+    if (role == Role::kWorking) (void)DestroyToInitial(g_stRecPolicyTypeMutexLock);
+}
+
+void SetWorkingRecPolicy(RecPolicyPtr policy) noexcept {
+    if (!IsRecPolicyType(policy->policy_type)) return;
+    ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
+    RecPolicy*& slot = RecPolicySlot(Role::kWorking);
+    RecPolicyPtr former(slot);
+    slot = policy.release();
+    if (former.get() == slot) (void)former.release();  // it was there already
+}
+
+void DestroyRecPolicy(Role role, uint32_t type) noexcept {
+    if (!IsRecPolicyType(type)) return;
+    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    RecPolicyPtr former(RecPolicySlot(role));
+    RecPolicySlot(role) = nullptr;
 }
 
 }  // namespace aaadom

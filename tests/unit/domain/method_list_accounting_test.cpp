@@ -4,7 +4,6 @@
 #include <string>
 #include <thread>
 
-#include "policy/ita_policy.h"
 #include "unit/domain/scheme_fixture.h"
 
 namespace aaadom {
@@ -76,20 +75,38 @@ TEST_F(DomainAccounting, EnabledMeansThatAPolicyIsNamed) {
 TEST_F(DomainAccounting, MethodListComesFromTheNamedPolicy) {
     Add("a");
     NamePolicy("a", "gold");
-    ItaPolicy policy{};
-    strcpy(policy.name, "gold");
+    ASSERT_EQ(DOM_ita_policy_Create("gold"), DOM_OK);
     const MethodList scheme = ListOf(1, 2, {2, 4});
-    memcpy(policy.acct_scheme, scheme.methods, sizeof policy.acct_scheme);
-    HASH_NODE*& bucket = g_pstDomainItaPolicyTable->buckets[ItaPolicyBucket("gold")];
-    bucket = &policy.hash_links;
-    policy.hash_links.prev_link = &bucket;
+    ASSERT_EQ(DOM_ita_policy_SetAcctScheme("gold", scheme.methods), DOM_OK);
     MethodList list = ListOf(4, 7, {5});
     EXPECT_EQ(DOM_GetItaMethodList("A", &list), DOM_OK);
     EXPECT_EQ(Show(list), "2@0 4@0");
     EXPECT_EQ(list.aaa_type, 4u);
     EXPECT_EQ(list.service, 7u);
     EXPECT_EQ(DOM_GetItaMethodList("a", nullptr), DOM_ERR_FAILED);
-    bucket = nullptr;
+}
+
+TEST_F(DomainAccounting, MethodListFollowsThePolicy) {
+    Add("a");
+    NamePolicy("a", "gold");
+    ASSERT_EQ(DOM_ita_policy_Create("gold"), DOM_OK);
+    MethodList list{};
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_OK);
+    EXPECT_EQ(Show(list), "5@0");
+    const MethodList scheme = ListOf(0, 0, {1, 4});
+    ASSERT_EQ(DOM_ita_policy_SetAcctScheme("gold", scheme.methods), DOM_OK);
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_OK);
+    EXPECT_EQ(Show(list), "1@0 4@0");
+    ASSERT_EQ(DOM_ita_policy_Delete("gold"), DOM_OK);
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_ERR_FAILED);
+}
+
+TEST_F(DomainAccounting, PolicyOfAnotherLetterCaseIsNotTheDomains) {
+    Add("a");
+    NamePolicy("a", "gold");
+    ASSERT_EQ(DOM_ita_policy_Create("Gold"), DOM_OK);
+    MethodList list{};
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_ERR_FAILED);
 }
 
 TEST_F(DomainAccounting, MethodListFailsWithoutDomainNameOrPolicy) {

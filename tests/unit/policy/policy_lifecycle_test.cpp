@@ -6,7 +6,7 @@
 
 #include "fakes/fake_platform.h"
 #include "fakes/role.h"
-#include "policy/ita_policy.h"
+#include "policy/ita_store.h"
 #include "policy/rec_policy.h"
 
 namespace aaadom {

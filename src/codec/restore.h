@@ -77,6 +77,15 @@ uint32_t RestoreRecPolicy(Restore& restore);
 uint32_t RestoreRecPolicyType(Restore& restore);
 uint32_t RestoreRecAcctScheme(Restore& restore);
 
+// Accounting policies, which only the working role has.
+uint32_t RestoreItaPolicy(Restore& restore);
+uint32_t RestoreItaPolicyName(Restore& restore);
+uint32_t RestoreItaAcctScheme(Restore& restore);
+uint32_t RestoreItaAcctTogether(Restore& restore);
+uint32_t RestoreItaAcctLevel(Restore& restore);
+uint32_t RestoreItaTrafficSeparation(Restore& restore);
+uint32_t RestoreItaQuotaOut(Restore& restore);
+
 // Which user records are kept and backed up.
 uint32_t RestoreRecordSwitch(Restore& restore);
 uint32_t RestoreAllRecordSwitches(Restore& restore);

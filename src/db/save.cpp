@@ -22,6 +22,7 @@ constexpr SavedType kSavedTypes[] = {
     {DOM_DB_UNKNOWN_DOMAIN, SaveUnknownDomain},
     {DOM_DB_DEVICE_ID, SaveDeviceId},
     {DOM_DB_REC_POLICY, SaveRecPolicy},
+    {DOM_DB_ITA_POLICY, SaveItaPolicy},
     {DOM_DB_RECORD_ENABLE, SaveRecordSwitches},
     {DOM_DB_CRITICAL_PROFILE, SaveCriticalProfile},
     {DOM_DB_CRITICAL_ENTRY, SaveCriticalVpn},

@@ -28,6 +28,7 @@ uint32_t SaveCriticalSegment(const DomDbUpdateReq& request);
 uint32_t SaveAuthorProfile(const DomDbUpdateReq& request);
 uint32_t SaveAuthorVpn(const DomDbUpdateReq& request);
 uint32_t SaveAuthorSegment(const DomDbUpdateReq& request);
+uint32_t SaveItaPolicy(const DomDbUpdateReq& request);
 uint32_t SaveRecordSwitches(const DomDbUpdateReq& request);
 uint32_t SaveBackupMethods(const DomDbUpdateReq& request);
 

@@ -11,11 +11,11 @@ namespace aaadom {
 /// Writes prefix and name into `key`, cut to `size` - 1 characters; the length with the terminator.
 uint32_t BuildProfileKey(const char* prefix, const char* name, uint32_t size, char* key) noexcept;
 
-/// The key of the list that holds a NAS-ID profile's bindings.
-class NasIdProfileKey {
+/// One key of a profile.
+class ProfileKey {
   public:
-    explicit NasIdProfileKey(const char* name) noexcept
-        : length_(BuildProfileKey(DOM_DB_PREFIX_NASID_PROFILE, name, sizeof text_, text_)) {}
+    ProfileKey(const char* prefix, const char* name) noexcept
+        : length_(BuildProfileKey(prefix, name, sizeof text_, text_)) {}
 
     const char* Text() const noexcept { return text_; }
     uint32_t Length() const noexcept { return length_; }
@@ -23,6 +23,13 @@ class NasIdProfileKey {
   private:
     char text_[DOM_DB_PROFILE_KEY_SIZE];
     uint32_t length_;
+};
+
+/// The key of the list that holds a NAS-ID profile's bindings.
+class NasIdProfileKey : public ProfileKey {
+  public:
+    explicit NasIdProfileKey(const char* name) noexcept
+        : ProfileKey(DOM_DB_PREFIX_NASID_PROFILE, name) {}
 };
 
 /// Appends the name behind `prefix` of every key of a value type. DOM_OK, DOM_ERR_NOT_FOUND for no

@@ -5,9 +5,12 @@
 namespace aaadom {
 
 uint32_t SetJudged(TlvPtr request, uint32_t op, uint32_t* result, uint32_t if_unencoded) noexcept {
-    if (!request) return if_unencoded;
+    return request ? Judge(request.get(), op, result) : if_unencoded;
+}
+
+uint32_t Judge(TLV_MSG* request, uint32_t op, uint32_t* result) noexcept {
     uint32_t verdict = DOM_RESULT_MISSING;
-    if (DOM_lipc_CfgMsgProc(request.get(), op, &verdict) != DOM_OK) return DOM_ERR_FAILED;
+    if (DOM_lipc_CfgMsgProc(request, op, &verdict) != DOM_OK) return DOM_ERR_FAILED;
     if (result != nullptr) *result = verdict;
     return verdict == DOM_OK ? DOM_OK : DOM_ERR_FAILED;
 }
@@ -39,6 +42,7 @@ ProfileAnswer SetProfile(TlvPtr request, uint32_t op, uint16_t name_tlv, char* n
     constexpr uint32_t kProfileNameSize = 32;
     ProfileAnswer answer;
     const TlvPtr reply(DOM_lipc_SendCfgMsg(request.get(), op, nullptr));
+    answer.has_reply = reply != nullptr;
     for (const TlvItem item : TlvWalk(reply.get())) {
         if (item.Type() == DOM_TLV_RESULT) {
             answer.result = item.U32();

@@ -19,6 +19,8 @@ namespace aaadom {
 /// result, `if_unencoded` without a request.
 uint32_t SetJudged(TlvPtr request, uint32_t op, uint32_t* result,
                    uint32_t if_unencoded = DOM_ERR_FAILED) noexcept;
+/// The same for a request that stays its builder's; null fails.
+uint32_t Judge(TLV_MSG* request, uint32_t op, uint32_t* result) noexcept;
 
 /// The return value tells whether a reply came, `*result` what the daemon answered.
 uint32_t SetReported(TlvPtr request, uint32_t op, uint32_t* result) noexcept;
@@ -35,6 +37,7 @@ uint32_t SetBlindly(TlvPtr request, uint32_t op) noexcept;
 
 /// What the daemon answered to a change of a profile.
 struct ProfileAnswer {
+    bool has_reply = false;
     bool has_result = false;  // false without a reply, too
     uint32_t result = DOM_RESULT_MISSING;
 };

@@ -23,10 +23,12 @@ extern "C" {
  * @param cap1  capacity of name1_out in bytes, terminator included; a longer name is cut.
  * @param cap2  capacity of name2_out.
  * @param name1_out  receives the changed object's name: the domain of a per-domain message, the
- * name that became the default or unknown domain. Filled also when the change failed after the
- * message was decoded. Untouched when the name is empty; may be null.
+ * name that became the default or unknown domain, the critical or authorization profile to add in
+ * its stored spelling (codes 147 and 156). Filled also when the change failed after the message was
+ * decoded. Untouched when the name is empty; may be null.
  * @param name2_out  receives the accounting-policy name of the change; the same rules.
- * @return 0; what DOM_ProcDomainTable and DOM_ProcSchemeTable return (codes 14 and 15);
+ * @return 0; what DOM_ProcDomainTable and DOM_ProcSchemeTable return (codes 14 and 15); what the
+ * processors of profile.h return (codes 147 to 149 and 156 to 158);
  * DOM_ERR_FAILED: code 14 with another operation than 0, any result of DOM_ProcNasIdProfileCfg and
  * DOM_ProcNasIdBindVlanIdCfg but 0 (codes 16 and 17), no operation head, no or an unknown message
  * code, undecodable message, unknown domain (codes 4, 11, 19, 130, 132, 143, 144), full table

@@ -26,6 +26,12 @@ inline constexpr DomMsgCode kRecPolicyMessageCodes[] = {
     DOM_MSG_REC_ACCT_SCHEME,
 };
 
+/// The same for critical and authorization profiles.
+inline constexpr DomMsgCode kProfileMessageCodes[] = {
+    DOM_MSG_CRITICAL_PROFILE, DOM_MSG_CRITICAL_VPN, DOM_MSG_CRITICAL_SEGMENT,
+    DOM_MSG_AUTHOR_PROFILE,   DOM_MSG_AUTHOR_VPN,   DOM_MSG_AUTHOR_SEGMENT,
+};
+
 /// The same for user records, their switches and backup methods.
 inline constexpr DomMsgCode kRecordMessageCodes[] = {
     DOM_MSG_RESET_ONLINE_FAIL,     DOM_MSG_RESET_OFFLINE_ALL,

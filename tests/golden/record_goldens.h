@@ -18,6 +18,7 @@ struct GoldenMessage {
 };
 
 std::vector<GoldenMessage> NasIdGoldens();
+std::vector<GoldenMessage> ProfileGoldens();
 std::vector<GoldenMessage> RecordGoldens();
 
 }  // namespace golden

@@ -1,83 +1,97 @@
-#include <aaadom/profile.h>
-#include <gtest/gtest.h>
+#include "unit/profile/profile_fixture.h"
 
-#include <cstdlib>
-
-#include "fakes/fake_platform.h"
-#include "fakes/role.h"
-#include "profile/profile_store.h"
-
+namespace aaadom {
 namespace {
 
-uint32_t FirstBucket(const void*) {
-    return 0;
-}
+template <typename Store>
+class ProfileLifecycle : public ProfileTest<Store> {};
+TYPED_TEST_SUITE(ProfileLifecycle, BothKinds, KindNames);
 
-/// A profile with one VPN at the head of the list.
-template <typename Head, typename Segment>
-void Put(Head* head) {
-    using Profile = std::remove_pointer_t<decltype(head->first_profile)>;
-    auto* profile = static_cast<Profile*>(calloc(1, sizeof(Profile)));
-    profile->next = head->first_profile;
-    profile->vpn_table = HASH_Create(128, FirstBucket);
-    using Vpn = aaadom::ProfileVpn<Segment>;
-    auto* vpn = static_cast<Vpn*>(calloc(1, sizeof(Vpn)));
-    vpn->hash_links.prev_link = &profile->vpn_table->buckets[0];
-    profile->vpn_table->buckets[0] = &vpn->hash_links;
-    head->first_profile = profile;
-    ++head->profile_count;
-}
-
-class ProfileLifecycle : public testing::Test {
-  protected:
-    ProfileLifecycle() { fake::Reset(); }
-    ~ProfileLifecycle() override {
-        DOM_ResetAAADService();
-        EXPECT_EQ(fake::LiveHashTables(), 0);
-    }
-    const fake::ScopedRole working_{fake::kWorkingRole};
-};
-
-TEST_F(ProfileLifecycle, InitGivesTheEmptyHeadOfTheCallingRole) {
-    AuthorProfileInfo* working = DOM_author_InitData();
-    AuthorProfileInfo* config =
-        fake::InRole(fake::kConfigRole, [] { return DOM_author_InitData(); });
+TYPED_TEST(ProfileLifecycle, InitGivesTheEmptyHeadOfTheCallingRole) {
+    auto* working = TypeParam::Init();
+    auto* config = this->InConfig([] { return TypeParam::Init(); });
     EXPECT_NE(working, config);
-    EXPECT_EQ(DOM_author_InitData(), working);
+    EXPECT_EQ(TypeParam::Init(), working);
     EXPECT_EQ(working->profile_count, 0u);
     EXPECT_EQ(working->first_profile, nullptr);
 }
 
-TEST_F(ProfileLifecycle, CriticalHeadsAreTheirOwn) {
-    CriticalProfileInfo* working = DOM_critical_InitData();
-    CriticalProfileInfo* config =
-        fake::InRole(fake::kConfigRole, [] { return DOM_critical_InitData(); });
-    EXPECT_NE(working, config);
-    EXPECT_EQ(working->profile_count, 0u);
-    EXPECT_EQ(working->first_profile, nullptr);
-}
-
-TEST_F(ProfileLifecycle, FiniFreesTheCallingRolesProfilesWithTheirVpns) {
-    AuthorProfileInfo* working = DOM_author_InitData();
-    AuthorProfileInfo* config =
-        fake::InRole(fake::kConfigRole, [] { return DOM_author_InitData(); });
-    Put<AuthorProfileInfo, aaadom::AuthorSegment>(working);
-    Put<AuthorProfileInfo, aaadom::AuthorSegment>(working);
-    Put<AuthorProfileInfo, aaadom::AuthorSegment>(config);
-    DOM_author_Fini();
-    EXPECT_EQ(working->profile_count, 0u);
-    EXPECT_EQ(working->first_profile, nullptr);
-    EXPECT_EQ(config->profile_count, 1u);
-    EXPECT_EQ(fake::LiveHashTables(), 1);
-    fake::InRole(fake::kConfigRole, [] { return DOM_author_Fini(), 0; });
-}
-
-TEST_F(ProfileLifecycle, CriticalFiniFreesProfilesWithTheirVpns) {
-    CriticalProfileInfo* head = DOM_critical_InitData();
-    Put<CriticalProfileInfo, aaadom::CriticalSegment>(head);
-    DOM_critical_Fini();
+TYPED_TEST(ProfileLifecycle, InitFreesNothing) {
+    auto* profile = this->Add("p");
+    ASSERT_EQ(this->AddVpn(profile, "v"), kOk);
+    auto* head = TypeParam::Init();
     EXPECT_EQ(head->profile_count, 0u);
     EXPECT_EQ(head->first_profile, nullptr);
+    EXPECT_STREQ(profile->name, "p");
+    EXPECT_NE(this->FindVpn(profile, "v"), nullptr);
+    TypeParam::Delete(profile);
+    TypeParam::Init();
+}
+
+TYPED_TEST(ProfileLifecycle, AccessorsGiveTheCallingRolesInstance) {
+    auto* working = TypeParam::Info();
+    EXPECT_EQ(TypeParam::Head(), &working->first_profile);
+    this->InConfig([working] {
+        EXPECT_NE(TypeParam::Info(), working);
+        EXPECT_EQ(TypeParam::Head(), &TypeParam::Info()->first_profile);
+        return 0;
+    });
+}
+
+TYPED_TEST(ProfileLifecycle, RoleIsTheLow16BitsOfTheAnswer) {
+    auto* working = TypeParam::Info();
+    auto* config = this->InConfig([] { return TypeParam::Info(); });
+    EXPECT_EQ(fake::InRole(0x10001u, [] { return TypeParam::Info(); }), config);
+    EXPECT_EQ(fake::InRole(0x20000u, [] { return TypeParam::Info(); }), working);
+    EXPECT_EQ(fake::InRole(2u, [] { return TypeParam::Info(); }), working);
+}
+
+TYPED_TEST(ProfileLifecycle, RolesDoNotSeeEachOthersProfiles) {
+    this->Add("p");
+    this->InConfig([] {
+        EXPECT_EQ(TypeParam::Find("p"), nullptr);
+        EXPECT_EQ(TypeParam::Add("q"), kOk);
+        return 0;
+    });
+    EXPECT_EQ(this->ProfileNames(), Names({"p"}));
+}
+
+TYPED_TEST(ProfileLifecycle, FiniFreesTheCallingRolesProfilesWithTheirVpns) {
+    this->AddVpns(this->Add("p"), 20);
+    this->AddVpns(this->Add("q"), 20);
+    this->Add("without VPNs");
+    this->InConfig([this] { return this->AddVpn(this->Add("r"), "v"); });
+    EXPECT_EQ(fake::LiveHashTables(), 3);
+    TypeParam::Fini();
+    EXPECT_EQ(this->ProfileNames(), Names());
+    EXPECT_EQ(fake::LiveHashTables(), 1);
+    this->InConfig([this] {
+        EXPECT_EQ(this->ProfileNames(), Names({"r"}));
+        return 0;
+    });
+}
+
+TYPED_TEST(ProfileLifecycle, StoreWorksAgainAfterFini) {
+    this->AddProfiles(16);
+    TypeParam::Fini();
+    this->AddProfiles(16);
+    EXPECT_EQ(this->ProfileNames().size(), 16u);
+}
+
+TYPED_TEST(ProfileLifecycle, FiniOfAnEmptyStoreDoesNothing) {
+    TypeParam::Fini();
+    TypeParam::Fini();
+    EXPECT_EQ(this->ProfileNames(), Names());
+}
+
+TEST(ProfileStores, AuthorizationAndCriticalProfilesAreSeparate) {
+    DOM_ResetAAADService();
+    DOM_author_InitData();
+    DOM_critical_InitData();
+    EXPECT_EQ(DOM_author_AddProfile("p"), kOk);
+    EXPECT_EQ(DOM_critical_FindProfile("p"), nullptr);
+    DOM_author_Fini();
 }
 
 }  // namespace
+}  // namespace aaadom

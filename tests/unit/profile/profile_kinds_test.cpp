@@ -148,6 +148,21 @@ TEST_F(CriticalKind, NextBiggerIsByLengthFirst) {
     EXPECT_STREQ(DOM_critical_FindBiggerVpn(&profile->first_vpn, "zz")->vpn_name, "aaa");
 }
 
+TEST_F(AuthorKind, ReadsFollowByByteOrder) {
+    for (const char* name : {"b", "aaa"}) AddVpn(Add(name), "v");
+    ExpectSame(TlvPtr(DOM_author_ProcProfileGetBulk("aaa")), DefaultMsg("b", {}));
+    EXPECT_EQ(DOM_author_ProcProfileGetBulk("b"), nullptr);
+    char vpn[32] = "v";
+    ExpectSame(TlvPtr(DOM_author_ProcProfileVpnGetBulk("aaa", vpn)), VpnMsg("b", "v", {1, "s"}));
+}
+TEST_F(CriticalKind, ReadsFollowByLengthFirst) {
+    for (const char* name : {"b", "aaa"}) AddVpn(Add(name), "v");
+    ExpectSame(TlvPtr(DOM_critical_ProcProfileGetBulk("b")), DefaultMsg("aaa", {}));
+    EXPECT_EQ(DOM_critical_ProcProfileGetBulk("aaa"), nullptr);
+    char vpn[32] = "v";
+    ExpectSame(TlvPtr(DOM_critical_ProcProfileVpnGetBulk("b", vpn)), VpnMsg("aaa", "v", {1, "s"}));
+}
+
 // A profile that was in the list before the store was initialised again.
 TEST_F(AuthorKind, CountStaysAt0) {
     AuthorProfile* older = Add("p");

@@ -5,8 +5,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "accounting_policy_changes.h"
 #include "nas_id_changes.h"
 #include "nas_id_readers.h"
+#include "policy_readers.h"
+#include "profile_changes.h"
+#include "profile_readers.h"
 #include "record_readers.h"
 #include "request_checks.h"
 #include "scheme_row_reader.h"
@@ -23,6 +27,7 @@ constexpr CodeRow Saved(uint32_t code, ChangeOperations changes,
             false,
             check,
             nullptr,
+            nullptr,
             ReadOperations::kNone,
             Role::kConfiguration,
             nullptr};
@@ -34,6 +39,7 @@ constexpr CodeRow ReadAlone(uint32_t code) {
             kNoChange,
             false,
             false,
+            nullptr,
             nullptr,
             nullptr,
             ReadOperations::kNone,
@@ -50,10 +56,10 @@ constexpr CodeRow ProcessWide(uint32_t code, ChangeOperations changes, bool save
 }
 
 constexpr CodeRow InWorkingRole(uint32_t code, uint32_t (*check)(TLV_MSG*, uint32_t),
-                                void (*apply)(Request&)) {
+                                void (*apply)(Request&), ChangeOperations changes = kSetAndDelete) {
     CodeRow row = ReadAlone(code);
     row.procedure = Procedure::kWorkingAlone;
-    row.changes = kSetAndDelete;
+    row.changes = changes;
     row.save = true;
     row.check = check;
     row.apply_in_working = apply;
@@ -66,6 +72,16 @@ constexpr CodeRow WithRead(CodeRow row, ReadOperations reads, Role role,
     row.read_role = role;
     row.read = read;
     return row;
+}
+
+constexpr CodeRow Naming(CodeRow row, void (*name_answer)(Request&)) {
+    row.name_answer = name_answer;
+    return row;
+}
+
+/// One change of accounting policies.
+constexpr CodeRow OfPolicy(uint32_t code, ChangeOperations changes = kSetAndDelete) {
+    return InWorkingRole(code, CheckAccountingPolicy, ApplyAccountingPolicy, changes);
 }
 
 constexpr CodeRow AfterHandOver(CodeRow row) {
@@ -105,9 +121,24 @@ constexpr CodeRow kRows[] = {
     Saved(DOM_MSG_SESSION_TIME, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_DEVICE_ID, kSetAndDelete),
     Saved(DOM_MSG_USER_ADDR_TYPE, kSetAndDelete, CheckExistingDomain),
+    // A whole policy has no deletion: code 23 deletes it.
+    WithRead(OfPolicy(DOM_MSG_ITA_POLICY, kSet), ReadOperations::kAnyButChange, Role::kWorking,
+             ReadAccountingPolicy),
+    OfPolicy(DOM_MSG_ITA_POLICY_NAME),
+    WithRead(OfPolicy(DOM_MSG_ITA_ACCT_SCHEME), ReadOperations::kGet, Role::kWorking,
+             ReadDomainAccountingScheme),
+    OfPolicy(DOM_MSG_ITA_ACCT_TOGETHER),
+    OfPolicy(DOM_MSG_ITA_ACCT_LEVEL),
+    OfPolicy(DOM_MSG_ITA_TRAF_SEPRATE),
+    OfPolicy(DOM_MSG_ITA_TRAF_QUOTA_OUT),
     WithRead(ReadAlone(DOM_MSG_GLOBAL_DOMAIN), ReadOperations::kGet, Role::kWorking,
              ReadGlobalDomain),
     Saved(DOM_MSG_ACCT_DUAL_STACK, kSetAndDelete, CheckExistingDomain),
+    // Its deletion would keep the policy in memory and drop it from the database: code 32 deletes.
+    WithRead(Saved(DOM_MSG_REC_POLICY, kSet), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordingPolicy),
+    Saved(DOM_MSG_REC_POLICY_TYPE, kSetAndDelete),
+    Saved(DOM_MSG_REC_ACCT_SCHEME, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_ONLINE_FAIL, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_OFFLINE_ALL, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_OFFLINE_NORMAL, kSetAndDelete),
@@ -120,6 +151,22 @@ constexpr CodeRow kRows[] = {
     Saved(DOM_MSG_ESCAPE_RECOVER, kSetAndDelete, CheckExistingDomain),
     WithRead(ProcessWide(DOM_MSG_DEBUG_FLAG, kSetAndDelete, false), ReadOperations::kGet,
              Role::kConfiguration, ReadDebugFlag),
+    WithRead(Naming(Saved(DOM_MSG_CRITICAL_PROFILE, kSetAndDelete, CheckCriticalProfile),
+                    NameCriticalProfile),
+             ReadOperations::kAnyButChange, Role::kConfiguration, ReadCriticalProfile),
+    WithRead(Saved(DOM_MSG_CRITICAL_VPN, kSetAndDelete, CheckCriticalVpn),
+             ReadOperations::kAnyButChange, Role::kConfiguration, ReadCriticalVpn),
+    Saved(DOM_MSG_CRITICAL_SEGMENT, kSetAndDelete, CheckCriticalSegment),
+    WithRead(
+        Naming(Saved(DOM_MSG_AUTHOR_PROFILE, kSetAndDelete, CheckAuthorProfile), NameAuthorProfile),
+        ReadOperations::kAnyButChange, Role::kConfiguration, ReadAuthorProfile),
+    WithRead(Saved(DOM_MSG_AUTHOR_VPN, kSetAndDelete, CheckAuthorVpn),
+             ReadOperations::kAnyButChange, Role::kConfiguration, ReadAuthorVpn),
+    Saved(DOM_MSG_AUTHOR_SEGMENT, kSetAndDelete, CheckAuthorSegment),
+    WithRead(ReadAlone(DOM_MSG_AAA_AUTHOR_PROFILE), ReadOperations::kGet, Role::kConfiguration,
+             ReadAuthorProfileReport),
+    WithRead(ReadAlone(DOM_MSG_AAA_AUTHOR_PROFILE_NUM), ReadOperations::kGet, Role::kConfiguration,
+             ReadAuthorProfileCount),
     WithRead(Saved(DOM_MSG_BACKUP_METHOD, kSetAndDelete), ReadOperations::kGet,
              Role::kConfiguration, ReadBackupMethods),
     WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_INFO), ReadOperations::kAnyButChange, Role::kWorking,

@@ -39,6 +39,8 @@ struct CodeRow {
     uint32_t (*check)(TLV_MSG* body, uint32_t operation);
     /// Procedure kWorkingAlone: applies and saves the change on the working thread.
     void (*apply_in_working)(Request& request);
+    /// Before the change: the name in front of the answer's result; may be null.
+    void (*name_answer)(Request& request);
 
     ReadOperations reads;
     Role read_role;

@@ -13,6 +13,7 @@
 #include "log.h"
 #include "request.h"
 #include "role_tables.h"
+#include "roles.h"
 #include "working_thread.h"
 
 namespace aaad {
@@ -55,6 +56,7 @@ class Configuration {
     void Read(const std::vector<Request*>& reads);
 
     void Load();
+    bool LoadRole(Role role, LoadReport& report);
     void Unload();
     void TidyDatabase(const LoadReport& report);
     void KeepUndecodable(uint32_t index);

@@ -14,6 +14,8 @@
 #include "configuration.h"
 #include "failure.h"
 #include "nas_id_load.h"
+#include "policy_load.h"
+#include "profile_load.h"
 
 namespace aaad {
 
@@ -48,18 +50,26 @@ void Configuration::Start() {
     Log(Severity::kNotice, "%u domains loaded from %s", report_.domains, state_dir_.c_str());
 }
 
+/// Fills the tables of the calling thread's role, or leaves it without any.
+bool Configuration::LoadRole(Role role, LoadReport& report) {
+    if (!LoadRoleTables(handle_, report)) return false;
+    const bool tells = role == Role::kConfiguration;  // both find the same
+    bool loaded = LoadProfiles(handle_, tells) && LoadRecordingPolicy(handle_, role);
+    if (loaded && role == Role::kWorking) {
+        loaded = LoadNasIdProfiles(handle_) && LoadAccountingPolicies(handle_);
+    }
+    if (!loaded) (void)DOM_DomainInfoTableFini();
+    return loaded;
+}
+
 /// Both roles hold exactly what the database holds, or the daemon ends and is started again.
 void Configuration::Load() {
     Unload();
     LoadReport working_report;
     bool working_loaded = false;
-    const bool configuration_loaded = LoadRoleTables(handle_, report_);
+    const bool configuration_loaded = LoadRole(Role::kConfiguration, report_);
     working_.Run([&] {
-        working_loaded = LoadRoleTables(handle_, working_report);
-        if (working_loaded && !LoadNasIdProfiles(handle_)) {
-            (void)DOM_DomainInfoTableFini();
-            working_loaded = false;
-        }
+        working_loaded = LoadRole(Role::kWorking, working_report);
         if (working_loaded && !configuration_loaded) (void)DOM_DomainInfoTableFini();
     });
     if (configuration_loaded && !working_loaded) (void)DOM_DomainInfoTableFini();

@@ -1,5 +1,7 @@
 // aaad: serves the ISP-domain configuration to management processes.
+#include <aaadom/accounting_policy_codec.h>
 #include <aaadom/database.h>
+#include <aaadom/recording_policy.h>
 #include <fcntl.h>
 #include <platform/dbm.h>
 #include <platform/lipc.h>
@@ -64,7 +66,7 @@ void RaiseOpenFiles() {
     (void)setrlimit(RLIMIT_NOFILE, &limit);  // with fewer the oldest silent connections go earlier
 }
 
-/// The library writes to it through its own handle variable.
+/// The library writes to it through handle variables of its own.
 class Database {
   public:
     explicit Database(const Options& options) {
@@ -79,10 +81,10 @@ class Database {
                           "Make room and the directory writable for the daemon's user; move a "
                           "damaged database away and restore it from a backup");
         }
-        DOM_SetDomainDBMHandle(handle_);
+        InstallHandle(handle_);
     }
     ~Database() {
-        DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
+        InstallHandle(DBM_INVALID_HANDLE);
         (void)DBM_Close(handle_);  // everything is committed
     }
     Database(const Database&) = delete;
@@ -91,6 +93,13 @@ class Database {
     DBM_HANDLE Handle() const { return handle_; }
 
   private:
+    /// Policies have handle variables of their own; all are one database.
+    static void InstallHandle(DBM_HANDLE handle) {
+        DOM_SetDomainDBMHandle(handle);
+        DOM_ita_db_SetGlobalHandle(handle);
+        DOM_Rec_db_SetGlobalHandle(handle);
+    }
+
     DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
 };
 

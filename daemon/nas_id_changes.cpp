@@ -5,11 +5,11 @@
 #include <aaadom/database.h>
 #include <aaadom/nas_id.h>
 #include <aaadom/nas_id_codec.h>
-#include <platform/aaa_tlv.h>
 
 #include <cstring>
 
 #include "request.h"
+#include "short_text.h"
 
 namespace aaad {
 
@@ -17,25 +17,11 @@ static_assert(sizeof(Request::name) == DOM_NASID_NAME_SIZE);
 
 namespace {
 
-using Name = char[DOM_NASID_NAME_SIZE];
+using Name = ShortText;
+static_assert(sizeof(Name) == DOM_NASID_NAME_SIZE);
 
 uint16_t Presence(const Request& request) {
     return request.operation == DOM_OP_SET ? DOM_PRESENT : DOM_ABSENT;
-}
-
-/// Whether a message holds a type at most once, and then with a text that the library will not cut.
-bool HoldsOneWholeText(TLV_MSG* body, uint16_t type, bool& empty) {
-    empty = true;
-    bool found = false;
-    for (TLV_ITER* it = TLV_GetFirst(body); it != nullptr; it = TLV_GetNext(body, it)) {
-        if (TLV_GetTypeByIterator(body, it) != type) continue;
-        char text[DOM_NASID_NAME_SIZE + 1] = {};
-        if (found || AAA_GetStrTlvValue(body, it, sizeof text, text) != 0) return false;
-        if (text[DOM_NASID_NAME_SIZE - 1] != '\0') return false;
-        empty = text[0] == '\0';
-        found = true;
-    }
-    return true;
 }
 
 /// What memory took and the database refused counts as applied but not saved: the transaction is
@@ -58,16 +44,16 @@ uint32_t FindStoredSpelling(const Name& asked, Name& stored) {
 }  // namespace
 
 uint32_t CheckNasIdProfile(TLV_MSG* body, uint32_t) {
-    bool empty;
-    if (!HoldsOneWholeText(body, DOM_TLV_NASID_PROFILE, empty) || empty) return AAAD_ERR_MALFORMED;
-    return DOM_OK;
+    return HasName(body, DOM_TLV_NASID_PROFILE) ? DOM_OK : AAAD_ERR_MALFORMED;
 }
 
 uint32_t CheckNasIdBinding(TLV_MSG* body, uint32_t operation) {
     const uint32_t result = CheckNasIdProfile(body, operation);
     if (result != DOM_OK) return result;
-    bool empty;
-    if (!HoldsOneWholeText(body, DOM_TLV_NASID, empty)) return AAAD_ERR_MALFORMED;
+    ShortText nas_id;
+    if (ReadShortText(body, DOM_TLV_NASID, nas_id) == ShortTextState::kUnusable) {
+        return AAAD_ERR_MALFORMED;
+    }
     int vlans = 0;
     for (TLV_ITER* it = TLV_GetFirst(body); it != nullptr; it = TLV_GetNext(body, it)) {
         if (TLV_GetTypeByIterator(body, it) != DOM_TLV_VLAN_ID) continue;

@@ -10,17 +10,15 @@
 
 #include <cstring>
 
+#include "stored_spelling.h"
 #include "table_lock.h"
 
 namespace aaad {
 namespace {
 
-/// One character more than a name may have, so that a longer one shows.
-using NameBuffer = char[DOM_NAME_SIZE + 1];
-
 /// Reads the domain name. False for a message that carries two: the applier could take the one that
 /// was not checked.
-bool ReadName(TLV_MSG* body, NameBuffer& name, bool& found) {
+bool ReadName(TLV_MSG* body, DomainNameBuffer& name, bool& found) {
     found = false;
     name[0] = '\0';
     for (TLV_ITER* it = TLV_GetFirst(body); it != nullptr; it = TLV_GetNext(body, it)) {
@@ -31,18 +29,8 @@ bool ReadName(TLV_MSG* body, NameBuffer& name, bool& found) {
     return true;
 }
 
-bool IsTooLong(const NameBuffer& name) {
+bool IsTooLong(const DomainNameBuffer& name) {
     return strlen(name) >= DOM_NAME_SIZE;
-}
-
-/// The spelling under which the calling role holds a domain; false when it holds none.
-bool StoredSpelling(const char* name, NameBuffer& stored) {
-    const TableLock lock;
-    const DomainInfo* record = DOM_FindDomainByName(name);
-    if (record == nullptr) return false;
-    memcpy(stored, record->name, sizeof record->name);
-    stored[DOM_NAME_SIZE] = '\0';
-    return true;
 }
 
 /// A reference may spell its domain in other letters than the domain itself: looking it up ignores
@@ -64,7 +52,7 @@ uint32_t CheckReferencesInOtherSpelling(const char* name) {
 }  // namespace
 
 uint32_t CheckNewDomain(TLV_MSG* body, uint32_t) {
-    NameBuffer name;
+    DomainNameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
     if (name[0] == '\0' || IsTooLong(name) || DOM_CheckDomainName(name) != DOM_OK) {
@@ -75,11 +63,11 @@ uint32_t CheckNewDomain(TLV_MSG* body, uint32_t) {
 
 uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation) {
     if (operation == DOM_OP_SET) return CheckNewDomain(body, operation);
-    NameBuffer name;
+    DomainNameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
-    NameBuffer stored;
-    if (IsTooLong(name) || !StoredSpelling(name, stored)) return DOM_DELCHK_NO_DOMAIN;
+    DomainNameBuffer stored;
+    if (IsTooLong(name) || !FindStoredSpelling(name, stored)) return DOM_DELCHK_NO_DOMAIN;
     // The deletion finds the domain in any spelling, so the stored one is judged: "SYSTEM" is as
     // protected as "system".
     const uint32_t reason = DOM_DelDomainCheck(stored);
@@ -89,21 +77,21 @@ uint32_t CheckNewOrDeletedDomain(TLV_MSG* body, uint32_t operation) {
 uint32_t CheckExistingDomain(TLV_MSG* body, uint32_t operation) {
     const uint32_t result = CheckNameLength(body, operation);
     if (result != DOM_OK) return result;
-    NameBuffer name;
+    DomainNameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
     return DOM_IsDomainExist(name) ? DOM_OK : DOM_ERR_FAILED;
 }
 
 uint32_t CheckDomainRow(TLV_MSG* body, uint32_t) {
-    NameBuffer name;
+    DomainNameBuffer name;
     bool found;
     if (!ReadName(body, name, found) || !found) return AAAD_ERR_MALFORMED;
     return name[0] == '\0' || IsTooLong(name) ? AAAD_ERR_DOMAIN_NAME : DOM_OK;
 }
 
 uint32_t CheckNameLength(TLV_MSG* body, uint32_t) {
-    NameBuffer name;
+    DomainNameBuffer name;
     bool found;
     if (!ReadName(body, name, found)) return AAAD_ERR_MALFORMED;
     return found && IsTooLong(name) ? AAAD_ERR_DOMAIN_NAME : DOM_OK;

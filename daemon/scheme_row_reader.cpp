@@ -2,34 +2,18 @@
 
 #include <aaadom/aaad_results.h>
 #include <aaadom/codes.h>
-#include <aaadom/domain.h>
 #include <aaadom/domain_codec.h>
-#include <aaadom/domain_table.h>
 #include <aaadom/method_list.h>
 #include <aaadom/rows.h>
 
-#include <cstring>
-
-#include "table_lock.h"
+#include "stored_spelling.h"
 
 namespace aaad {
 namespace {
 
-/// A name one character too long is another name, not the one that it begins with.
-using NameBuffer = char[DOM_NAME_SIZE + 1];
-
-/// The spelling under which the calling role holds a domain; false when it holds none.
-bool FindStoredSpelling(const NameBuffer& asked, NameBuffer& stored) {
-    const TableLock lock;
-    const DomainInfo* record = DOM_FindDomainByName(asked);
-    if (record == nullptr) return false;
-    memcpy(stored, record->name, sizeof record->name);
-    return true;
-}
-
-Message ExactRow(const NameBuffer& asked, uint32_t scheme_index, uint32_t& refusal) {
+Message ExactRow(const DomainNameBuffer& asked, uint32_t scheme_index, uint32_t& refusal) {
     refusal = AAAD_ERR_NO_OBJECT;
-    NameBuffer domain = {};
+    DomainNameBuffer domain = {};
     uint32_t aaa_type = 0;
     uint32_t position = 0;
     MethodList list{};
@@ -49,7 +33,7 @@ Message ExactRow(const NameBuffer& asked, uint32_t scheme_index, uint32_t& refus
 }  // namespace
 
 Message ReadSchemeRow(const Question& question, uint32_t& refusal) {
-    NameBuffer domain = {};
+    DomainNameBuffer domain = {};
     uint32_t name_length = 0;
     uint32_t scheme_index = 0;
     if (DOM_DecodeSchemeIndex(question.body, sizeof domain, domain, &name_length, &scheme_index) !=

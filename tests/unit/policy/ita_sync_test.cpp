@@ -1,0 +1,259 @@
+#include <algorithm>
+
+#include "unit/policy/ita_data_fixture.h"
+
+namespace aaadom {
+namespace {
+
+constexpr int32_t kDescriptor = 9;
+using Names = std::vector<std::string>;
+
+/// Slots 12 and 14 must stay silent: the batch goes to the descriptor only.
+int slot_calls = 0;
+
+class ItaSync : public ItaDataTest {
+  protected:
+    void SetUp() override {
+        ItaDataTest::SetUp();
+        slot_calls = 0;
+        AAADService service = fake::RoleService();
+        service.sync_msg_to_cfg_thr = [](uint32_t, uint32_t, TLV_MSG* msg) {
+            ++slot_calls;
+            TLV_Destroy(msg);
+            return 0u;
+        };
+        service.cfg_thr_msg_to_pam = [](uint32_t, TLV_MSG*) {
+            ++slot_calls;
+            return 0u;
+        };
+        DOM_SetAAADService(&service);
+    }
+    void TearDown() override {
+        EXPECT_EQ(slot_calls, 0);
+        ItaDataTest::TearDown();
+    }
+    /// The message inside a batch record; checks both heads.
+    static TlvPtr Body(const std::string& image) {
+        const TlvPtr record(fake::Parse(image));
+        TLV_ITER* it = TLV_GetFirst(record.get());
+        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 5u);
+        it = TLV_GetNext(record.get(), it);
+        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 4u);
+        const TlvPtr request(AAA_DelAaadHead(record.get()));
+        uint32_t operation = 99;
+        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
+        EXPECT_EQ(operation, 0u);
+        return body;
+    }
+    /// The names of the policies that were flushed to the descriptor, in order.
+    static Names Sent() {
+        Names names;
+        for (const fake::FlushCall& flush : fake::FlushCalls()) {
+            EXPECT_EQ(flush.fd, kDescriptor);
+            EXPECT_EQ(flush.held_locks, 0);
+            const TlvPtr body = Body(flush.image);
+            EXPECT_EQ(FindTlv(body.get(), 0).U32(), 22u);
+            ItaPolicy policy;
+            EXPECT_EQ(DOM_ita_tlv_DecodePolicy(body.get(), &policy), DOM_OK);
+            names.emplace_back(policy.name);
+        }
+        return names;
+    }
+    static void AddMany() {
+        for (uint32_t i = 0; i < 300; ++i) {
+            const std::string name = "policy-" + std::to_string(i);
+            ItaPolicy* policy = NewSample(name.c_str());
+            policy->level_count = i;
+            policy->levels[0].level_value = i * 7;
+            DOM_ita_policy_AddPolicy(policy);
+        }
+    }
+};
+
+TEST_F(ItaSync, PoliciesGoBucketByBucketEachFromItsHead) {
+    AddMany();  // more than buckets, so chains have several nodes
+    const Names order = AllNames();
+    ASSERT_EQ(order.size(), 300u);
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    EXPECT_EQ(Sent(), order);
+}
+
+TEST_F(ItaSync, AReplacedPolicyGoesFirstOfItsChain) {
+    AddMany();
+    const Names before = AllNames();
+    AddSample(before[1].c_str());
+    const Names order = AllNames();
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    EXPECT_EQ(Sent(), order);
+}
+
+TEST_F(ItaSync, APeerEndsWithTheSamePolicies) {
+    AddMany();
+    const std::vector<std::string> dump = DumpAll();
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    const auto sent = fake::FlushCalls();
+    ASSERT_EQ(sent.size(), 300u);
+
+    DOM_ita_policy_Fini();
+    ASSERT_EQ(DOM_ita_policy_Init(), DOM_OK);
+    for (const fake::FlushCall& flush : sent) {
+        const TlvPtr body = Body(flush.image);
+        EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(body.get(), 0, nullptr), DOM_OK);
+    }
+    std::vector<std::string> received = DumpAll();
+    EXPECT_NE(received, dump) << "each chain is the other way round";
+    std::vector<std::string> sorted = dump;
+    std::sort(sorted.begin(), sorted.end());
+    std::sort(received.begin(), received.end());
+    EXPECT_EQ(received, sorted);
+}
+
+TEST_F(ItaSync, ANewPolicySurvivesTheWay) {
+    DOM_ita_policy_Create("new");
+    const std::string before = Stored("new");
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    DOM_ita_policy_Delete("new");
+    const TlvPtr body = Body(fake::FlushCalls()[0].image);
+    EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(body.get(), 0, nullptr), DOM_OK);
+    EXPECT_EQ(Stored("new"), before);
+}
+
+TEST_F(ItaSync, NothingGoesToANegativeDescriptor) {
+    AddSample();
+    for (const int32_t fd : {-1, INT32_MIN}) DOM_ita_bthsyn_SendPolicys(fd);
+    EXPECT_TRUE(fake::FlushCalls().empty());
+}
+
+TEST_F(ItaSync, NothingGoesFromTheConfigurationThread) {
+    for (const uint32_t role : {1u, 0x10001u}) {
+        fake::InRole(role, [] {
+            AddSample();
+            DOM_ita_bthsyn_SendPolicys(kDescriptor);
+            return 0;
+        });
+    }
+    EXPECT_TRUE(fake::FlushCalls().empty());
+}
+
+TEST_F(ItaSync, NothingGoesWithoutATable) {
+    DOM_ita_policy_Fini();
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    EXPECT_TRUE(fake::FlushCalls().empty());
+    ASSERT_EQ(DOM_ita_policy_Init(), DOM_OK);
+}
+
+TEST_F(ItaSync, TheFirstSendThatFailsEndsTheBatch) {
+    AddMany();
+    const Names order = AllNames();
+    fake::SetFlushResult(0x10000);  // only the low 16 bits tell of a success
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    EXPECT_EQ(Sent(), (Names{order[0]}));
+}
+
+// With one event failing, what was sent is a beginning of the batch, never one with a gap.
+TEST_F(ItaSync, NoFailureLeavesAGap) {
+    for (const char* name : {"a", "b", "c", "d"}) AddSample(name);
+    const Names order = AllNames();
+    for (int n = 1;; ++n) {
+        const size_t before = fake::FlushCalls().size();
+        fake::FailAny(n);
+        DOM_ita_bthsyn_SendPolicys(kDescriptor);
+        const bool tripped = fake::Tripped();
+        fake::DisarmFailures();
+        Names sent = Sent();
+        sent.erase(sent.begin(), sent.begin() + static_cast<ptrdiff_t>(before));
+        ASSERT_LE(sent.size(), order.size());
+        EXPECT_TRUE(std::equal(sent.begin(), sent.end(), order.begin())) << "event " << n;
+        if (!tripped) {
+            EXPECT_EQ(sent, order);
+            break;
+        }
+    }
+}
+
+// What comes before a policy that cannot be encoded is sent.
+TEST_F(ItaSync, PoliciesBeforeAFailedEncodingAreSent) {
+    for (const char* name : {"a", "b"}) AddSample(name);
+    fake::FailMessage(4);  // each policy is a message with two nested ones
+    DOM_ita_bthsyn_SendPolicys(kDescriptor);
+    ASSERT_TRUE(fake::Tripped());
+    EXPECT_EQ(Sent(), (Names{AllNames()[0]}));
+}
+
+// ---- receiving
+
+TEST_F(ItaSync, AReceivedPolicyReplacesTheOneOfItsName) {
+    DOM_ita_policy_Create("gold");
+    const ItaPolicy sample = golden::SamplePolicy();
+    const TlvPtr msg(DOM_ita_tlv_EncodePolicy(&sample));
+    for (const uint16_t ignored : {0, 1, 2}) {
+        DomDbUpdateReq change = Filled();
+        EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(msg.get(), ignored, &change), DOM_OK);
+        ExpectChange(change, "gold", 1);
+        EXPECT_EQ(DumpAll(), (std::vector<std::string>{Dump(sample)}));
+    }
+}
+
+// A new policy has quota-out 1 and a method of kind 5.
+TEST_F(ItaSync, AReceivedPolicyHasNoDefaults) {
+    const TlvPtr msg = Message([](Appender& append) { append.Text(52, "p"); });
+    EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(msg.get(), 0, nullptr), DOM_OK);
+    ItaPolicy want{};
+    CopyText(want.name, "p");
+    EXPECT_EQ(Stored("p"), Dump(want));
+}
+
+TEST_F(ItaSync, AReceivedPolicyIsFoundByItsCutName) {
+    const TlvPtr msg =
+        Message([](Appender& append) { append.Text(52, std::string(60, 'n').c_str()); });
+    DomDbUpdateReq change = Filled();
+    EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(msg.get(), 0, &change), DOM_OK);
+    const std::string longest(31, 'n');
+    EXPECT_EQ(DOM_ita_IsPolicyExist(longest.c_str()), 1u);
+    ExpectChange(change, longest.c_str(), 1);
+}
+
+TEST_F(ItaSync, WhatCannotBeDecodedChangesNothing) {
+    AddSample();
+    const auto before = DumpAll();
+    const TlvPtr broken =
+        Message([](Appender& append) { append.Text(52, "gold").Raw(56, "garbage", 7); });
+    for (TLV_MSG* msg : {broken.get(), static_cast<TLV_MSG*>(nullptr)}) {
+        DomDbUpdateReq change = Filled();
+        EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(msg, 0, &change), DOM_ERR_FAILED);
+        ExpectUntouched(change);
+    }
+    EXPECT_EQ(DumpAll(), before);
+}
+
+TEST_F(ItaSync, ReceivingIsRefusedOnTheConfigurationThread) {
+    const ItaPolicy sample = golden::SamplePolicy();
+    const TlvPtr msg(DOM_ita_tlv_EncodePolicy(&sample));
+    for (const uint32_t role : {1u, 0x10001u}) {
+        fake::InRole(role, [&] {
+            DomDbUpdateReq change = Filled();
+            EXPECT_EQ(DOM_ita_bthsyn_RecvOnePolicy(msg.get(), 0, &change), DOM_ERR_FAILED);
+            ExpectUntouched(change);
+            EXPECT_TRUE(DumpAll().empty());
+            return 0;
+        });
+    }
+}
+
+TEST_F(ItaSync, ReceivingWithoutMemoryChangesNothing) {
+    const ItaPolicy sample = golden::SamplePolicy();
+    const TlvPtr msg(DOM_ita_tlv_EncodePolicy(&sample));
+    for (int n = 1;; ++n) {
+        fake::FailAny(n);
+        const uint32_t result = DOM_ita_bthsyn_RecvOnePolicy(msg.get(), 0, nullptr);
+        if (!fake::Tripped()) {
+            EXPECT_EQ(result, DOM_OK);
+            break;
+        }
+        EXPECT_EQ(result, DOM_ERR_FAILED) << "event " << n;
+        EXPECT_TRUE(DumpAll().empty()) << "event " << n;
+    }
+}
+
+}  // namespace
+}  // namespace aaadom

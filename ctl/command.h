@@ -50,6 +50,9 @@ void AddSessionLimitCommands(Commands& commands);
 void AddSchemeCommands(Commands& commands);
 void AddNasIdCommands(Commands& commands);
 void AddRecordCommands(Commands& commands);
+void AddProfileCommands(Commands& commands);
+void AddAccountingPolicyCommands(Commands& commands);
+void AddRecordingPolicyCommands(Commands& commands);
 void AddConfigCommands(Commands& commands);
 void AddSelfCommands(Commands& commands);
 

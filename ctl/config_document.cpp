@@ -2,9 +2,12 @@
 
 #include <set>
 
+#include "accounting_policies.h"
 #include "document.h"
 #include "model.h"
 #include "nas_id.h"
+#include "profiles.h"
+#include "recording_policy.h"
 #include "records.h"
 #include "texts.h"
 
@@ -31,6 +34,11 @@ Json ReadConfig(Client& client) {
     document["nas_id_profiles"] = ReadNasIdProfiles(client);
     document["record_switches"] = ReadRecordSwitches(client);
     document["record_backup"] = ReadRecordBackup(client);
+    for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
+        document[store->member] = ReadProfiles(client, *store);
+    }
+    document["accounting_policies"] = ReadAccountingPolicies(client);
+    document["recording_policy"] = ReadRecordingPolicy(client);
     return document;
 }
 
@@ -46,7 +54,8 @@ void CheckConfig(const Json& document) {
     RefuseUnknown(
         document, "configuration",
         {"format", "version", "default_domain", "unknown_domain", "device_id", "session_limits",
-         "domains", "nas_id_profiles", "record_switches", "record_backup"});
+         "domains", "nas_id_profiles", "record_switches", "record_backup", "author_profiles",
+         "critical_profiles", "accounting_policies", "recording_policy"});
     CheckFits("default domain", DocumentText(document, "default_domain"), DOM_NAME_SIZE);
     CheckFits("unknown domain", DocumentText(document, "unknown_domain"), DOM_NAME_SIZE);
     DocumentNumber(document, "device_id", 0, UINT32_MAX);
@@ -58,6 +67,11 @@ void CheckConfig(const Json& document) {
     CheckNasIdProfiles(DocumentObject(document, "nas_id_profiles"));
     CheckRecordSwitches(DocumentObject(document, "record_switches"));
     CheckRecordBackup(DocumentObject(document, "record_backup"));
+    for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
+        CheckProfiles(*store, DocumentObject(document, store->member));
+    }
+    CheckAccountingPolicies(DocumentObject(document, "accounting_policies"));
+    CheckRecordingPolicy(document.value("recording_policy", Json()));
     const Json domains = DocumentList(document, "domains");
     if (domains.size() > DOM_MAX_DOMAINS) {
         RefuseUsage("configuration", "it holds " + std::to_string(domains.size()) + " domains",
@@ -92,9 +106,13 @@ Json Keyed(const Json& config) {
         domain.erase("name");
         keyed["domains"][name] = domain;
     }
-    keyed["nas_id_profiles"] = Json::object();
-    for (const auto& [name, bindings] : config.at("nas_id_profiles").items()) {
-        keyed["nas_id_profiles"][FoldedName(name)] = bindings;
+    // Names of profiles count in any case, those of accounting policies as they are.
+    for (const char* member :
+         {"nas_id_profiles", kAuthorProfiles.member, kCriticalProfiles.member}) {
+        keyed[member] = Json::object();
+        for (const auto& [name, profile] : config.at(member).items()) {
+            keyed[member][FoldedName(name)] = profile;
+        }
     }
     return keyed;
 }

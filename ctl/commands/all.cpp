@@ -14,6 +14,9 @@ Commands AllCommands() {
     AddSessionLimitCommands(commands);
     AddNasIdCommands(commands);
     AddRecordCommands(commands);
+    AddProfileCommands(commands);
+    AddAccountingPolicyCommands(commands);
+    AddRecordingPolicyCommands(commands);
     AddConfigCommands(commands);
     AddSelfCommands(commands);
     return commands;

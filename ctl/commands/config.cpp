@@ -5,12 +5,15 @@
 #include <cstring>
 #include <set>
 
+#include "../accounting_policies.h"
 #include "../command.h"
 #include "../config_document.h"
 #include "../config_file.h"
 #include "../model.h"
 #include "../names.h"
 #include "../nas_id.h"
+#include "../profiles.h"
+#include "../recording_policy.h"
 #include "../records.h"
 #include "../texts.h"
 
@@ -28,6 +31,11 @@ Json Completed(const Json& document, const Json& running) {
             complete[name] = value;
         }
     }
+    for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
+        complete[store->member] = CompletedProfiles(*store, complete.at(store->member));
+    }
+    complete["accounting_policies"] =
+        CompletedAccountingPolicies(complete.at("accounting_policies"));
     complete["domains"] = Json::array();
     for (const Json& domain : document.value("domains", Json::array())) {
         complete["domains"].push_back(DomainToJson(*DomainFromJson(domain)));
@@ -99,8 +107,9 @@ class Import : public Command {
         : Command({"config", "import"}, "Bring the running configuration to what a file holds") {}
     void Define(CLI::App& app) override {
         app.add_option("file", path_, "A file that config export wrote, or -")->required();
-        app.add_flag("--replace", replace_,
-                     "Delete the domains and NAS-ID profiles that the file does not hold");
+        app.add_flag(
+            "--replace", replace_,
+            "Delete the domains, profiles and accounting policies that the file does not hold");
     }
     void Run(Context& context) override {
         const Json wanted = LoadConfig(path_);
@@ -130,6 +139,12 @@ class Import : public Command {
                           "Delete domains that are no longer used, or give --replace");
         }
         CheckDeviceNames(wanted, kept, running);
+        for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
+            if (!wanted.contains(store->member)) continue;
+            CheckProfileRoom(client, *store, wanted.at(store->member), replace_);
+        }
+
+        ImportPolicies(client, wanted);
 
         // When the table has no room for both, the domains that go have to go first.
         const bool full = after + doomed.size() > DOM_MAX_DOMAINS;
@@ -251,6 +266,20 @@ class Import : public Command {
             Demand(client, "session limit",
                    DOM_EncodeSessionLimit(ParseSessionClass(session_class), limit.get<uint32_t>()),
                    DOM_OP_SET);
+        }
+    }
+
+    /// Before the domains, which name them.
+    void ImportPolicies(Client& client, const Json& wanted) const {
+        for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
+            if (!wanted.contains(store->member)) continue;
+            ApplyProfiles(client, *store, wanted.at(store->member), replace_);
+        }
+        if (wanted.contains("accounting_policies")) {
+            ApplyAccountingPolicies(client, wanted.at("accounting_policies"), replace_);
+        }
+        if (wanted.contains("recording_policy")) {
+            ApplyRecordingPolicy(client, wanted.at("recording_policy"));
         }
     }
 

@@ -1,6 +1,7 @@
 // domain create, delete, show, list, count
 #include <strings.h>
 
+#include "../accounting_policies.h"
 #include "../command.h"
 #include "../model.h"
 #include "../names.h"
@@ -134,6 +135,16 @@ void PrintDomain(Output& output, const Json& domain) {
         for (const auto& [name, value] : fields.items()) line += " " + name + "=" + Shown(value);
         output.Line(line);
     }
+    if (!domain.contains("accounting_policy")) return;
+    const Json& policy = domain.at("accounting_policy");
+    std::string line = "  accounting policy \"" + Shown(policy.at("name")) + "\"";
+    if (policy.at("exists").get<bool>()) {
+        line += ": methods";
+        for (const Json& method : policy.at("methods")) line += " " + Shown(method);
+    } else {
+        line += " does not exist and gives no methods";
+    }
+    output.Line(line);
 }
 
 class Show : public Command {
@@ -142,7 +153,15 @@ class Show : public Command {
     void Define(CLI::App& app) override { app.add_option("name", name_, "Its name")->required(); }
     void Run(Context& context) override {
         CheckFits("domain name", name_, DOM_NAME_SIZE);
-        const Json domain = DomainToJson(*context.client.NeedDomain(name_));
+        const DomainPtr record = context.client.NeedDomain(name_);
+        Json domain = DomainToJson(*record);
+        const std::string policy = FieldText(record->author_attr.ita_policy_name);
+        if (!policy.empty()) {
+            const auto methods = EffectiveMethods(context.client, record->name);
+            domain["accounting_policy"] = {{"name", policy},
+                                           {"exists", methods.has_value()},
+                                           {"methods", methods ? Json(*methods) : Json()}};
+        }
         PrintDomain(context.output, domain);
         context.output.Result(domain);
     }

@@ -19,6 +19,13 @@ inline constexpr DomMsgCode kDomainMessageCodes[] = {
     DOM_MSG_DOMAIN_NAME_INFO, DOM_MSG_NASID_PROFILE,      DOM_MSG_NASID_BIND,
 };
 
+/// The same for accounting policies.
+inline constexpr DomMsgCode kItaPolicyMessageCodes[] = {
+    DOM_MSG_ITA_POLICY,         DOM_MSG_ITA_POLICY_NAME, DOM_MSG_ITA_ACCT_SCHEME,
+    DOM_MSG_ITA_ACCT_TOGETHER,  DOM_MSG_ITA_ACCT_LEVEL,  DOM_MSG_ITA_TRAF_SEPRATE,
+    DOM_MSG_ITA_TRAF_QUOTA_OUT,
+};
+
 /// The same for recording policies.
 inline constexpr DomMsgCode kRecPolicyMessageCodes[] = {
     DOM_MSG_REC_POLICY,

@@ -472,8 +472,8 @@ std::vector<Golden> DomainGoldens() {
 const std::vector<Golden>& Goldens() {
     static const std::vector<Golden> all = [] {
         std::vector<Golden> goldens = DomainGoldens();
-        for (const auto& part :
-             {golden::NasIdGoldens(), golden::RecordGoldens(), golden::ProfileGoldens()}) {
+        for (const auto& part : {golden::NasIdGoldens(), golden::RecordGoldens(),
+                                 golden::ItaPolicyGoldens(), golden::ProfileGoldens()}) {
             goldens.insert(goldens.end(), part.begin(), part.end());
         }
         return goldens;
@@ -533,6 +533,9 @@ TEST(MessageGoldens, EveryCodeHasOne) {
     std::set<uint32_t> covered;
     for (const Golden& golden : Goldens()) covered.insert(golden.code);
     for (const DomMsgCode code : aaadom::kDomainMessageCodes) {
+        EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
+    }
+    for (const DomMsgCode code : aaadom::kItaPolicyMessageCodes) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }
     for (const DomMsgCode code : aaadom::kProfileMessageCodes) {

@@ -17,6 +17,7 @@ struct GoldenMessage {
     std::function<void(TLV_MSG*)> check;
 };
 
+std::vector<GoldenMessage> ItaPolicyGoldens();
 std::vector<GoldenMessage> NasIdGoldens();
 std::vector<GoldenMessage> ProfileGoldens();
 std::vector<GoldenMessage> RecordGoldens();

@@ -472,8 +472,9 @@ std::vector<Golden> DomainGoldens() {
 const std::vector<Golden>& Goldens() {
     static const std::vector<Golden> all = [] {
         std::vector<Golden> goldens = DomainGoldens();
-        for (const auto& part : {golden::NasIdGoldens(), golden::RecordGoldens(),
-                                 golden::ItaPolicyGoldens(), golden::ProfileGoldens()}) {
+        for (const auto& part :
+             {golden::NasIdGoldens(), golden::RecordGoldens(), golden::ItaPolicyGoldens(),
+              golden::RecPolicyGoldens(), golden::ProfileGoldens()}) {
             goldens.insert(goldens.end(), part.begin(), part.end());
         }
         return goldens;
@@ -539,6 +540,9 @@ TEST(MessageGoldens, EveryCodeHasOne) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }
     for (const DomMsgCode code : aaadom::kProfileMessageCodes) {
+        EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
+    }
+    for (const DomMsgCode code : aaadom::kRecPolicyMessageCodes) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }
     for (const DomMsgCode code : aaadom::kRecordMessageCodes) {

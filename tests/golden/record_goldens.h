@@ -20,6 +20,7 @@ struct GoldenMessage {
 std::vector<GoldenMessage> ItaPolicyGoldens();
 std::vector<GoldenMessage> NasIdGoldens();
 std::vector<GoldenMessage> ProfileGoldens();
+std::vector<GoldenMessage> RecPolicyGoldens();
 std::vector<GoldenMessage> RecordGoldens();
 
 }  // namespace golden

@@ -43,6 +43,15 @@ TLV_MSG* EncodeKey(uint32_t code, uint16_t type, const std::string& name) {
     return request.release();
 }
 
+/// Readers refuse a list of methods without any, which a policy with an empty scheme is sent with,
+/// and take a message without the list for an empty scheme.
+void DropEmptyScheme(TLV_MSG* message) {
+    TLV_ITER* list = TLV_GetIteratorByType(message, DOM_TLV_METHOD_LIST);
+    if (list == nullptr) return;
+    const Message methods(AAA_GetSubTlv(message, list));
+    if (methods && TLV_GetFirst(methods.get()) == nullptr) (void)TLV_Delete_Data(message, list);
+}
+
 std::optional<ItaPolicy> ReadPolicy(Client& client, const std::string& name, uint32_t operation) {
     const Reply reply =
         client.Read(EncodeKey(DOM_MSG_ITA_POLICY, DOM_TLV_ITA_POLICY_NAME, name), operation);
@@ -50,6 +59,7 @@ std::optional<ItaPolicy> ReadPolicy(Client& client, const std::string& name, uin
         if (reply.refusal != DOM_ERR_NOT_FOUND) throw Refused("accounting policies", reply.refusal);
         return std::nullopt;
     }
+    DropEmptyScheme(reply.data.get());
     ItaPolicy policy{};
     if (DOM_ita_tlv_DecodePolicy(reply.data.get(), &policy) != DOM_OK) throw Unreadable();
     return policy;
@@ -118,7 +128,8 @@ ItaPolicy PolicyFromJson(const std::string& name, const Json& document) {
     name.copy(policy.name, sizeof policy.name - 1);
     policy.acct_scheme[0].method_kind = METHOD_LAST_5;
     if (document.contains("scheme")) {
-        const MethodList scheme = ParseScheme(DocumentTexts(document, "scheme"));
+        const std::vector<std::string> words = DocumentTexts(document, "scheme");
+        const MethodList scheme = words.empty() ? MethodList{} : ParseScheme(words);
         std::copy(std::begin(scheme.methods), std::end(scheme.methods), policy.acct_scheme);
     }
     LevelsFromJson(name, DocumentObject(document, "levels"), policy);
@@ -189,7 +200,9 @@ void ApplyAccountingPolicies(Client& client, const Json& wanted, bool replace) {
     for (const auto& [name, document] : wanted.items()) {
         const ItaPolicy policy = PolicyFromJson(name, document);
         if (running.contains(name) && running.at(name) == AccountingPolicyToJson(policy)) continue;
-        const uint32_t result = client.Change(DOM_ita_tlv_EncodePolicy(&policy), DOM_OP_SET);
+        TLV_MSG* message = DOM_ita_tlv_EncodePolicy(&policy);
+        DropEmptyScheme(message);
+        const uint32_t result = client.Change(message, DOM_OP_SET);
         if (result != DOM_OK) throw Refused(Quoted(name), result);
     }
     if (!replace) return;
@@ -216,7 +229,8 @@ uint32_t ChangeAccountingPolicy(Client& client, TLV_MSG* message, bool set) {
 }
 
 void RefuseAccountingPolicy(Client& client, const std::string& name, uint32_t code) {
-    if (!FindAccountingPolicy(client, name)) throw NoSuchPolicy(name, code);
+    const bool may_be_missing = code == DOM_ERR_NOT_FOUND || code == DOM_ERR_FAILED;
+    if (may_be_missing && !FindAccountingPolicy(client, name)) throw NoSuchPolicy(name, code);
     throw Refused(Quoted(name), code);
 }
 

@@ -141,7 +141,10 @@ std::optional<ProfileEntry> ReadEntry(Client& client, const ProfileStore& store,
     return entry;
 }
 
-/// Result 1 of a change of a segment means that the profile is missing, if it is.
+/// What a change of a segment is answered with when its profile is missing, among other reasons.
+constexpr uint32_t kSegmentFailed = 1;
+static_assert(kSegmentFailed == DOM_AUTHOR_FAILED && kSegmentFailed == DOM_CRITICAL_FAILED);
+
 Failure NotChanged(Client& client, const ProfileStore& store, const std::string& profile,
                    uint32_t code) {
     if (code == store.vpns_full) {
@@ -152,7 +155,9 @@ Failure NotChanged(Client& client, const ProfileStore& store, const std::string&
                 " vpn unset " + profile + " VPN",
             code);
     }
-    if (!FindProfile(client, store, profile)) return NoSuchProfile(store, profile, code);
+    if (code == kSegmentFailed && !FindProfile(client, store, profile)) {
+        return NoSuchProfile(store, profile, code);
+    }
     return Refused(ProfileObject(store, profile), code);
 }
 

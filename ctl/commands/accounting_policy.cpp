@@ -205,7 +205,10 @@ class SetLevel : public PolicyCommand {
         const std::string key = std::to_string(id);
         const Json policy = AccountingPolicyToJson(NeedAccountingPolicy(context.client, policy_));
         const Json level = policy.at("levels").value(key, Json());
-        if (level.is_null()) throw Refused(Quoted(policy_), result);
+        if (level.is_null()) {
+            throw Failure(kExitRefused, Quoted(policy_) + " level " + key,
+                          "another client has taken it away meanwhile", "Set it again");
+        }
         context.output.Line(Quoted(policy_) + ": " + LevelLine(key, level));
         Json answer{{"policy", policy_}, {"level", id}};
         answer.update(level);
@@ -242,6 +245,7 @@ class SetLevel : public PolicyCommand {
     }
 
     [[noreturn]] void Refuse(Client& client, uint32_t result) const {
+        if (result != DOM_ERR_FAILED) RefuseAccountingPolicy(client, policy_, result);
         const Json policy = AccountingPolicyToJson(NeedAccountingPolicy(client, policy_));
         const Json& levels = policy.at("levels");
         if (levels.size() >= DOM_ITA_LEVELS &&

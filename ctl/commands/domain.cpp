@@ -141,6 +141,7 @@ void PrintDomain(Output& output, const Json& domain) {
     if (policy.at("exists").get<bool>()) {
         line += ": methods";
         for (const Json& method : policy.at("methods")) line += " " + Shown(method);
+        if (policy.at("methods").empty()) line += " -";
     } else {
         line += " does not exist and gives no methods";
     }

@@ -188,9 +188,13 @@ TEST_F(CtlPermission, StrangerMayReadAndIsToldWhyNotToChange) {
     for (const char* read : {"domain list", "domain show corp", "config export"}) {
         EXPECT_EQ(tells(read, 0, "corp"), 0);
     }
-    for (const char* change : {"domain create mine", "domain delete corp",
-                               "domain set state corp blocked", "global set default-domain corp",
-                               "session-limit set 19 1", "debug on", "domain delete corp --json"}) {
+    for (const char* change :
+         {"domain create mine", "domain delete corp", "domain set state corp blocked",
+          "global set default-domain corp", "session-limit set 19 1", "debug on",
+          "domain delete corp --json", "profile author create p", "profile critical delete p",
+          "profile author vpn set p v --segment-id 1", "policy acct create p",
+          "policy acct delete p", "policy acct level set p 1 --value 1",
+          "policy acct together p on", "policy record create", "policy record scheme set local"}) {
         EXPECT_EQ(tells(change, 1, denied), 0);
     }
     EXPECT_EQ(CountDomains(), 2u);

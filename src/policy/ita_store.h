@@ -52,8 +52,9 @@ template <typename Read>
 uint32_t ReadItaPolicy(const char* name, uint32_t absent, Read&& read) noexcept {
     if (name == nullptr) return absent;
     const ItaPolicyName key(name);
+    const Role role = CurrentRole();
     ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
-    const ItaPolicy* policy = FindItaPolicy(CurrentRole(), key);
+    const ItaPolicy* policy = FindItaPolicy(role, key);
     return policy == nullptr ? absent : read(*policy);
 }
 

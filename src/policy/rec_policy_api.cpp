@@ -88,8 +88,9 @@ uint32_t DOM_Rec_policy_UnSetAcctScheme(uint32_t type) noexcept {
 
 uint32_t DOM_Rec_policy_GetMethodList(uint32_t type, MethodList* list_out) noexcept {
     if (list_out == nullptr || !IsRecPolicyType(type)) return DOM_ERR_FAILED;
+    const Role role = CurrentRole();
     ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
-    const RecPolicy* policy = RecPolicySlot(CurrentRole());
+    const RecPolicy* policy = RecPolicySlot(role);
     if (policy == nullptr || policy->acct_scheme[0].method_kind == METHOD_EMPTY) {
         return DOM_ERR_FAILED;
     }

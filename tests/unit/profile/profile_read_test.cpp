@@ -247,6 +247,16 @@ TYPED_TEST(ProfileReadTest, VpnWalkGetsPastAProfileWithoutAName) {
     EXPECT_EQ(this->NextVpn("", ""), "p/v");
 }
 
+// The walk goes on by name: a second profile of the same one cannot be addressed by a client
+// anyway.
+TYPED_TEST(ProfileReadTest, VpnWalkGoesOnToABiggerNameNotToAnEqualOne) {
+    auto* first = this->Add("a");
+    this->Add("a");
+    this->AddVpn(first->next, "of the second a");
+    this->AddVpn(this->Add("b"), "v");
+    EXPECT_EQ(this->NextVpn("a", ""), "b/v");
+}
+
 TYPED_TEST(ProfileReadTest, VpnWalkWithoutNamesIsOver) {
     this->AddVpn(this->Add("a"), "v");
     char vpn[32] = "";

@@ -32,6 +32,7 @@
 #ifndef AAADOM_MANAGEMENT_H
 #define AAADOM_MANAGEMENT_H
 
+#include <aaadom/domain_codec.h>
 #include <aaadom/types.h>
 
 #ifdef __cplusplus

@@ -189,6 +189,13 @@ TEST_F(ItaLevel, UnsetOfLevelZeroLowersTheCountOnly) {
     EXPECT_EQ(Count(), 0xFFFFFFFFu);
 }
 
+TEST_F(ItaLevel, UnsetOfLevelZeroClosesNoGap) {
+    Put({10, 0, 30, 40});
+    EXPECT_EQ(Unset(0), DOM_OK);
+    EXPECT_EQ(Ids(), "10 - 30 40");
+    EXPECT_EQ(Count(), 3u);
+}
+
 TEST_F(ItaLevel, CountIsNeverABound) {
     for (uint32_t id = 1; id <= 8; ++id) Set(id);
     Policy().level_count = 0xFFFFFFFF;

@@ -74,8 +74,8 @@ constexpr CodeRow WithRead(CodeRow row, ReadOperations reads, Role role,
     return row;
 }
 
-constexpr CodeRow Naming(CodeRow row, void (*name_answer)(Request&)) {
-    row.name_answer = name_answer;
+constexpr CodeRow Prepared(CodeRow row, void (*prepare)(Request&)) {
+    row.prepare = prepare;
     return row;
 }
 
@@ -151,18 +151,20 @@ constexpr CodeRow kRows[] = {
     Saved(DOM_MSG_ESCAPE_RECOVER, kSetAndDelete, CheckExistingDomain),
     WithRead(ProcessWide(DOM_MSG_DEBUG_FLAG, kSetAndDelete, false), ReadOperations::kGet,
              Role::kConfiguration, ReadDebugFlag),
-    WithRead(Naming(Saved(DOM_MSG_CRITICAL_PROFILE, kSetAndDelete, CheckCriticalProfile),
-                    NameCriticalProfile),
+    WithRead(Prepared(Saved(DOM_MSG_CRITICAL_PROFILE, kSetAndDelete, CheckCriticalProfile),
+                      NameCriticalProfile),
              ReadOperations::kAnyButChange, Role::kConfiguration, ReadCriticalProfile),
     WithRead(Saved(DOM_MSG_CRITICAL_VPN, kSetAndDelete, CheckCriticalVpn),
              ReadOperations::kAnyButChange, Role::kConfiguration, ReadCriticalVpn),
-    Saved(DOM_MSG_CRITICAL_SEGMENT, kSetAndDelete, CheckCriticalSegment),
-    WithRead(
-        Naming(Saved(DOM_MSG_AUTHOR_PROFILE, kSetAndDelete, CheckAuthorProfile), NameAuthorProfile),
-        ReadOperations::kAnyButChange, Role::kConfiguration, ReadAuthorProfile),
+    Prepared(Saved(DOM_MSG_CRITICAL_SEGMENT, kSetAndDelete, CheckCriticalSegment),
+             ClearDeletedCriticalSegment),
+    WithRead(Prepared(Saved(DOM_MSG_AUTHOR_PROFILE, kSetAndDelete, CheckAuthorProfile),
+                      NameAuthorProfile),
+             ReadOperations::kAnyButChange, Role::kConfiguration, ReadAuthorProfile),
     WithRead(Saved(DOM_MSG_AUTHOR_VPN, kSetAndDelete, CheckAuthorVpn),
              ReadOperations::kAnyButChange, Role::kConfiguration, ReadAuthorVpn),
-    Saved(DOM_MSG_AUTHOR_SEGMENT, kSetAndDelete, CheckAuthorSegment),
+    Prepared(Saved(DOM_MSG_AUTHOR_SEGMENT, kSetAndDelete, CheckAuthorSegment),
+             ClearDeletedAuthorSegment),
     WithRead(ReadAlone(DOM_MSG_AAA_AUTHOR_PROFILE), ReadOperations::kGet, Role::kConfiguration,
              ReadAuthorProfileReport),
     WithRead(ReadAlone(DOM_MSG_AAA_AUTHOR_PROFILE_NUM), ReadOperations::kGet, Role::kConfiguration,

@@ -39,8 +39,8 @@ struct CodeRow {
     uint32_t (*check)(TLV_MSG* body, uint32_t operation);
     /// Procedure kWorkingAlone: applies and saves the change on the working thread.
     void (*apply_in_working)(Request& request);
-    /// Before the change: the name in front of the answer's result; may be null.
-    void (*name_answer)(Request& request);
+    /// Between the check and the change, on the configuration thread; may be null.
+    void (*prepare)(Request& request);
 
     ReadOperations reads;
     Role read_role;

@@ -123,7 +123,7 @@ void Configuration::Apply(Request& request) {
         request.result = row.check(request.body.get(), request.operation);
         if (request.result != DOM_OK) return;
     }
-    if (row.name_answer != nullptr) row.name_answer(request);
+    if (row.prepare != nullptr) row.prepare(request);
     if (row.procedure == Procedure::kWorkingAlone) {
         to_hand_over_.push_back(&request);
         return;

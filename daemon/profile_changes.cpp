@@ -4,6 +4,7 @@
 #include <aaadom/codes.h>
 #include <aaadom/profile.h>
 #include <aaadom/profile_codec.h>
+#include <platform/aaa_tlv.h>
 
 #include <cstring>
 
@@ -29,6 +30,12 @@ void NameProfile(Request& request, uint16_t type, const char* (*stored_spelling)
     request.name_type = type;
 }
 
+/// `body` is consumed. Without memory the request has no message, and the applier refuses it.
+void Replace(Request& request, TLV_MSG* body) {
+    request.body.reset(body);
+    request.message.reset(AAA_AddOpHead(request.operation, body));
+}
+
 }  // namespace
 
 uint32_t CheckCriticalProfile(TLV_MSG* body, uint32_t) {
@@ -44,16 +51,11 @@ uint32_t CheckCriticalVpn(TLV_MSG* body, uint32_t) {
                : AAAD_ERR_MALFORMED;
 }
 
-uint32_t CheckCriticalSegment(TLV_MSG* body, uint32_t operation) {
-    CriticalProfileMsg segment{};
-    if (!HasName(body, DOM_TLV_CRITICAL_PROFILE_NAME) ||
-        !IsUsable(body, DOM_TLV_CRITICAL_SEGMENT_NAME) ||
-        DOM_critical_tlv_DecodeDefaultCritical(body, &segment) != DOM_OK) {
-        return AAAD_ERR_MALFORMED;
-    }
-    // The store takes over what is sent whatever the operation; the database drops the segment.
-    // With an identifier the two would differ until the next start.
-    return operation == DOM_OP_SET || segment.segment_id == 0 ? DOM_OK : AAAD_ERR_MALFORMED;
+uint32_t CheckCriticalSegment(TLV_MSG* body, uint32_t) {
+    return HasName(body, DOM_TLV_CRITICAL_PROFILE_NAME) &&
+                   IsUsable(body, DOM_TLV_CRITICAL_SEGMENT_NAME)
+               ? DOM_OK
+               : AAAD_ERR_MALFORMED;
 }
 
 uint32_t CheckAuthorProfile(TLV_MSG* body, uint32_t) {
@@ -67,14 +69,10 @@ uint32_t CheckAuthorVpn(TLV_MSG* body, uint32_t) {
                : AAAD_ERR_MALFORMED;
 }
 
-uint32_t CheckAuthorSegment(TLV_MSG* body, uint32_t operation) {
-    AuthorProfileMsg segment{};
-    if (!HasName(body, DOM_TLV_AUTHOR_PROFILE_NAME) ||
-        !IsUsable(body, DOM_TLV_AUTHOR_SEGMENT_NAME) ||
-        DOM_author_tlv_DecodeDefaultAuthor(body, &segment) != DOM_OK) {
-        return AAAD_ERR_MALFORMED;
-    }
-    return operation == DOM_OP_SET || segment.segment_id == 0 ? DOM_OK : AAAD_ERR_MALFORMED;
+uint32_t CheckAuthorSegment(TLV_MSG* body, uint32_t) {
+    return HasName(body, DOM_TLV_AUTHOR_PROFILE_NAME) && IsUsable(body, DOM_TLV_AUTHOR_SEGMENT_NAME)
+               ? DOM_OK
+               : AAAD_ERR_MALFORMED;
 }
 
 void NameCriticalProfile(Request& request) {
@@ -89,6 +87,20 @@ void NameAuthorProfile(Request& request) {
         const AuthorProfile* profile = DOM_author_FindProfile(name);
         return profile != nullptr ? profile->name : nullptr;
     });
+}
+
+void ClearDeletedCriticalSegment(Request& request) {
+    if (request.operation == DOM_OP_SET) return;
+    CriticalProfileMsg cleared{};
+    (void)ReadShortText(request.body.get(), DOM_TLV_CRITICAL_PROFILE_NAME, cleared.profile_name);
+    Replace(request, DOM_critical_tlv_EncodeDefaultCritical(&cleared));
+}
+
+void ClearDeletedAuthorSegment(Request& request) {
+    if (request.operation == DOM_OP_SET) return;
+    AuthorProfileMsg cleared{};
+    (void)ReadShortText(request.body.get(), DOM_TLV_AUTHOR_PROFILE_NAME, cleared.profile_name);
+    Replace(request, DOM_author_tlv_EncodeDefaultAuthor(&cleared));
 }
 
 }  // namespace aaad

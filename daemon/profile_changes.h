@@ -1,5 +1,5 @@
 // Changes of authorization and critical profiles. Both roles hold them, so they take the common
-// way; here stands what is tested before and the name that their answers carry.
+// way; here stands what is done before.
 #pragma once
 
 #include <platform/tlv.h>
@@ -10,8 +10,7 @@ namespace aaad {
 
 struct Request;
 
-/// 0 or the result of the refusal: no text may be cut or stand twice, profile and VPN have names,
-/// and the deletion of a default segment carries no segment.
+/// 0 or the result of the refusal: no text may be cut or stand twice, profile and VPN have names.
 uint32_t CheckCriticalProfile(TLV_MSG* body, uint32_t operation);
 uint32_t CheckCriticalVpn(TLV_MSG* body, uint32_t operation);
 uint32_t CheckCriticalSegment(TLV_MSG* body, uint32_t operation);
@@ -23,5 +22,11 @@ uint32_t CheckAuthorSegment(TLV_MSG* body, uint32_t operation);
 /// Before the change, because a deletion takes the spelling away.
 void NameCriticalProfile(Request& request);
 void NameAuthorProfile(Request& request);
+
+/// Takes the segment out of a message that deletes a default segment. The store takes over what is
+/// sent whatever the operation while the database drops the segment: the two would differ until the
+/// next start.
+void ClearDeletedCriticalSegment(Request& request);
+void ClearDeletedAuthorSegment(Request& request);
 
 }  // namespace aaad

@@ -1,6 +1,5 @@
 // NAS-ID profiles, which the working role alone holds, and their place in the daemon's transaction.
 #include <platform/aaa_tlv.h>
-#include <signal.h>
 #include <sys/resource.h>
 
 #include <thread>
@@ -61,16 +60,6 @@ std::vector<std::string> Bindings(const std::string& profile) {
     }
     EXPECT_EQ(ResultOf(answer), static_cast<uint32_t>(DOM_WALK_NONE));
     return all;
-}
-
-/// Requests of several clients that the daemon finds together, so that it serves them in one batch.
-void AtOnce(const DaemonProcess& daemon, const std::vector<std::function<void()>>& requests) {
-    ASSERT_EQ(kill(daemon.Pid(), SIGSTOP), 0);
-    std::vector<std::thread> clients;
-    for (const auto& request : requests) clients.emplace_back(request);
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    ASSERT_EQ(kill(daemon.Pid(), SIGCONT), 0);
-    for (std::thread& client : clients) client.join();
 }
 
 TEST_F(DaemonNasId, ProfileAnswersCarryTheStoredSpelling) {

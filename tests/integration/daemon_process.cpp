@@ -213,6 +213,67 @@ std::vector<std::string> ListNasIdProfiles() {
     return names;
 }
 
+namespace {
+
+/// Goes on behind each reply until the daemon has no further one. `ask` makes the request for what
+/// follows a reply, which is null at the beginning.
+std::vector<Message> Walk(const std::function<TLV_MSG*(TLV_MSG* reply)>& ask) {
+    constexpr size_t kEndless = 10000;
+    std::vector<Message> replies;
+    Answer answer = Ask(ask(nullptr), DOM_OP_GET_NEXT);
+    while (answer.kind == DOM_REPLY_KIND_DATA && replies.size() < kEndless) {
+        replies.push_back(std::move(answer.body));
+        answer = Ask(ask(replies.back().get()), DOM_OP_GET_NEXT);
+    }
+    EXPECT_LT(replies.size(), kEndless);
+    EXPECT_EQ(answer.kind, DOM_REPLY_KIND_RESULT);
+    return replies;
+}
+
+}  // namespace
+
+std::vector<Message> WalkCriticalProfiles() {
+    return Walk([](TLV_MSG* reply) {
+        CriticalProfileMsg last{};
+        if (reply != nullptr) (void)DOM_critical_tlv_DecodeDefaultCritical(reply, &last);
+        return DOM_clitical_tlv_EncodeCriticalProfile(last.profile_name);
+    });
+}
+
+std::vector<Message> WalkCriticalVpns() {
+    return Walk([](TLV_MSG* reply) {
+        CriticalProfileMsg last{};
+        if (reply != nullptr) (void)DOM_critical_tlv_DecodeCriticalVpn(reply, &last);
+        return DOM_critical_tlv_EncodeGetCriticalVpn(last.profile_name, last.vpn_name);
+    });
+}
+
+std::vector<Message> WalkAuthorProfiles() {
+    return Walk([](TLV_MSG* reply) {
+        AuthorProfileMsg last{};
+        if (reply != nullptr) (void)DOM_author_tlv_DecodeDefaultAuthor(reply, &last);
+        return DOM_author_tlv_EncodeAuthorProfile(last.profile_name);
+    });
+}
+
+std::vector<Message> WalkAuthorVpns() {
+    return Walk([](TLV_MSG* reply) {
+        AuthorProfileMsg last{};
+        if (reply != nullptr) (void)DOM_author_tlv_DecodeAuthorVpn(reply, &last);
+        return DOM_author_tlv_EncodeGetAuthorVpn(last.profile_name, last.vpn_name);
+    });
+}
+
+std::vector<Message> WalkAccountingPolicies() {
+    return Walk([](TLV_MSG* reply) {
+        ItaPolicy last{};
+        if (reply != nullptr) (void)DOM_ita_tlv_DecodePolicy(reply, &last);
+        TLV_MSG* request = CodeAlone(DOM_MSG_ITA_POLICY);
+        (void)AAA_AppendStrTlvData(request, DOM_TLV_ITA_POLICY_NAME, last.name);
+        return request;
+    });
+}
+
 TLV_MSG* CodeAlone(uint32_t code) {
     TLV_MSG* message = TLV_Create();
     (void)AAA_AppendUINTTlvData(message, DOM_TLV_MSG_CODE, code);
@@ -245,6 +306,11 @@ std::vector<std::vector<uint8_t>> WholeConfiguration() {
     for (const std::string& name : ListNasIdProfiles()) {
         add(DOM_EncodeNasIdProfile(name.c_str()), DOM_OP_GET);
     }
+    for (const auto walk : {WalkCriticalProfiles, WalkCriticalVpns, WalkAuthorProfiles,
+                            WalkAuthorVpns, WalkAccountingPolicies}) {
+        for (const Message& reply : walk()) all.push_back(Image(reply.get()));
+    }
+    add(CodeAlone(DOM_MSG_REC_POLICY), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_REC_ENABLE_INFO), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_BACKUP_METHOD), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_DEFAULT_DOMAIN), DOM_OP_GET);
@@ -252,6 +318,15 @@ std::vector<std::vector<uint8_t>> WholeConfiguration() {
     add(CodeAlone(DOM_MSG_SESSION_LIMIT), DOM_OP_GET);
     add(CodeAlone(DOM_MSG_DOMAIN_COUNT), DOM_OP_GET);
     return all;
+}
+
+void AtOnce(const DaemonProcess& daemon, const std::vector<std::function<void()>>& requests) {
+    ASSERT_EQ(kill(daemon.Pid(), SIGSTOP), 0);
+    std::vector<std::thread> clients;
+    for (const auto& request : requests) clients.emplace_back(request);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    ASSERT_EQ(kill(daemon.Pid(), SIGCONT), 0);
+    for (std::thread& client : clients) client.join();
 }
 
 int AsUser(uid_t user, gid_t group, const std::function<int()>& body) {

@@ -86,6 +86,14 @@ using SchemeKey = std::pair<std::string, uint32_t>;
 std::vector<SchemeKey> ListSchemeRows();
 std::vector<std::string> ListNasIdProfiles();
 
+/// All replies of the walk through critical or authorization profiles, their VPN entries, or
+/// accounting policies.
+std::vector<Message> WalkCriticalProfiles();
+std::vector<Message> WalkCriticalVpns();
+std::vector<Message> WalkAuthorProfiles();
+std::vector<Message> WalkAuthorVpns();
+std::vector<Message> WalkAccountingPolicies();
+
 /// A message that consists of its code.
 TLV_MSG* CodeAlone(uint32_t code);
 /// The bytes of a message.
@@ -93,6 +101,9 @@ std::vector<uint8_t> Image(TLV_MSG* message);
 
 /// Every read that the daemon serves, as bytes: equal before and after means nothing got lost.
 std::vector<std::vector<uint8_t>> WholeConfiguration();
+
+/// Requests of several clients that the daemon finds together, so that it serves them in one batch.
+void AtOnce(const DaemonProcess& daemon, const std::vector<std::function<void()>>& requests);
 
 /// Runs `body` in a child process with another user and group; its return value.
 int AsUser(uid_t user, gid_t group, const std::function<int()>& body);

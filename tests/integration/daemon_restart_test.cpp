@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "daemon_process.h"
+#include "stopped_database.h"
 
 using namespace daemon_test;
 
@@ -181,31 +182,23 @@ TEST_F(DaemonRestart, LimitsThatWereNeverSavedKeepTheirInitialValue) {
     EXPECT_EQ(after.class_19, 0x20202020u);
 }
 
-class DatabaseOfStoppedDaemon {
+class DatabaseOfStoppedDaemon : public StoppedDatabase {
   public:
-    explicit DatabaseOfStoppedDaemon(const DaemonProcess& daemon) {
-        EXPECT_EQ(DBM_SetRoot(daemon.StateDir().c_str(), daemon.RunDir().c_str()), 0u);
-        handle_ = DOM_OpenDomainDBM();
-        EXPECT_NE(handle_, DBM_INVALID_HANDLE);
-    }
-    ~DatabaseOfStoppedDaemon() { DBM_Close(handle_); }
+    using StoppedDatabase::StoppedDatabase;
 
     std::vector<uint8_t> Domain(uint32_t index) {
         std::vector<uint8_t> bytes(65536);
         const int32_t length =
-            DBM_GetArray(handle_, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, index,
+            DBM_GetArray(Handle(), DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, index,
                          static_cast<uint32_t>(bytes.size()), bytes.data());
         bytes.resize(length > 0 ? static_cast<size_t>(length) : 0);
         return bytes;
     }
     void SetDomain(uint32_t index, const std::vector<uint8_t>& bytes) {
-        EXPECT_GE(DBM_SetArray(handle_, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, index,
+        EXPECT_GE(DBM_SetArray(Handle(), DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, index,
                                static_cast<uint32_t>(bytes.size()), bytes.data(), DOM_DB_DOMAIN),
                   0);
     }
-
-  private:
-    DBM_HANDLE handle_;
 };
 
 TEST_F(DaemonRestart, StaleCopyAtAHigherIndexIsRemoved) {

@@ -88,8 +88,10 @@ TEST_F(ItaLevel, FlagsSayWhichPairsAreStored) {
     EXPECT_EQ(Entry(0), "10=0 1 2 ffffffff ffffffff");
     EXPECT_EQ(DOM_ita_policy_SetAcctLevel("p", 10, 0, 5, 6, 7, 8, 2), DOM_OK);
     EXPECT_EQ(Entry(0), "10=0 1 2 7 8");
-    EXPECT_EQ(DOM_ita_policy_SetAcctLevel("p", 10, 0, kUnset, kUnset, 9, 9, 0xFFFFFFF1), DOM_OK);
+    EXPECT_EQ(DOM_ita_policy_SetAcctLevel("p", 10, 0, kUnset, kUnset, 9, 9, 0xFFFFFFFD), DOM_OK);
     EXPECT_EQ(Entry(0), "10=0 ffffffff ffffffff 7 8");
+    EXPECT_EQ(DOM_ita_policy_SetAcctLevel("p", 10, 0, 9, 9, kUnset, 3, 0xFFFFFFFE), DOM_OK);
+    EXPECT_EQ(Entry(0), "10=0 ffffffff ffffffff ffffffff 3");
 }
 
 TEST_F(ItaLevel, NewLevelDoesNotKeepThePairsOfAFormerOne) {

@@ -4,6 +4,7 @@
 
 #include "fakes/fake_platform.h"
 #include "fakes/role.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
@@ -87,6 +88,15 @@ TEST_F(ItaLifecycle, SecondInitOfTheWorkingRoleLeavesTheMutexAlone) {
     EXPECT_EQ(DOM_ita_policy_Init(), DOM_ERR_FAILED);
     EXPECT_EQ(fake::Count(fake::Event::kLockInit), 1u);
     DOM_ita_policy_Fini();
+}
+
+TEST_F(ItaLifecycle, WorkingRoleMakesTheMutexNewAtBothEnds) {
+    MakeRecursive(g_stDomainItaPolicyTableMutexLock);
+    DOM_ita_policy_Init();
+    EXPECT_TRUE(IsPlain(g_stDomainItaPolicyTableMutexLock));
+    MakeRecursive(g_stDomainItaPolicyTableMutexLock);
+    DOM_ita_policy_Fini();
+    EXPECT_TRUE(IsPlain(g_stDomainItaPolicyTableMutexLock));
 }
 
 TEST_F(ItaLifecycle, FiniFreesTheRolesPoliciesOnly) {

@@ -1,8 +1,8 @@
 #include <cstdlib>
-#include <thread>
 
 #include "policy/ita_store.h"
 #include "unit/policy/ita_data_fixture.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
@@ -238,14 +238,6 @@ TEST_F(ItaStore, ReadersUseTheCallersTable) {
     });
 }
 
-/// Locks that `call` takes.
-template <typename Call>
-uint64_t LocksOf(Call&& call) {
-    const uint64_t before = fake::Count(fake::Event::kLock);
-    call();
-    return fake::Count(fake::Event::kLock) - before;
-}
-
 TEST_F(ItaStore, ChangesLockTheWorkingRoleOnce) {
     const MethodEntry methods[DOM_METHODS] = {};
     const auto changes = [&](uint64_t locks) {
@@ -280,20 +272,79 @@ TEST_F(ItaStore, ReadersLockInBothRoles) {
 }
 
 TEST_F(ItaStore, ConfigurationRoleReadsWaitForTheWorkingRolesMutex) {
-    {
-        fake::Quiet not_counted;
-        pthread_mutex_lock(&g_stDomainItaPolicyTableMutexLock);
+    const auto exists = [] {
+        return fake::InRole(fake::kConfigRole, [] { return DOM_ita_IsPolicyExist("p"); });
+    };
+    const auto meanwhile = [] { EXPECT_EQ(fake::HeldLocks(), 0); };
+    EXPECT_EQ(ResultBehindMutex(g_stDomainItaPolicyTableMutexLock, exists, meanwhile), 0u);
+}
+
+TEST_F(ItaStore, RecordsAreUsedUnderTheMutexThatTheyWereFoundUnder) {
+    const auto held = [](const ItaPolicy&) { return static_cast<uint32_t>(fake::HeldLocks()); };
+    DOM_ita_policy_Create("p");
+    EXPECT_EQ(ChangeItaPolicy("p", 99, held), 1u);
+    EXPECT_EQ(ReadItaPolicy("p", 99, held), 1u);
+    fake::InRole(fake::kConfigRole, [&] {
+        DOM_ita_policy_Create("p");
+        EXPECT_EQ(ChangeItaPolicy("p", 99, held), 0u);
+        EXPECT_EQ(ReadItaPolicy("p", 99, held), 1u);
+        return 0;
+    });
+}
+
+// What was found before the mutex was free may be gone by then.
+TEST_F(ItaStore, PolicyThatGoesWhileTheMutexIsAwaitedIsAbsent) {
+    const std::pair<uint32_t (*)(), uint32_t> kCalls[] = {
+        {[] { return DOM_ita_policy_Delete("p"); }, DOM_ERR_NOT_FOUND},
+        {[] { return DOM_ita_policy_SetQuotaState("p", 9); }, DOM_ERR_NOT_FOUND},
+        {[] { return DOM_ita_IsPolicyExist("p"); }, 0},
+    };
+    for (const auto& [call, absent] : kCalls) {
+        DOM_ita_policy_Create("p");
+        ItaPolicy* policy = DOM_ita_policy_GetDomPolicyByName("p");
+        const auto meanwhile = [policy] { HASH_Unlink(&policy->hash_links); };
+        EXPECT_EQ(ResultBehindMutex(g_stDomainItaPolicyTableMutexLock, call, meanwhile), absent);
+        EXPECT_EQ(policy->quota_out_state, 1);
+        DOM_ita_policy_DestroyPolicy(policy);
     }
-    const uint64_t before = fake::Count(fake::Event::kLock);
-    std::thread reader(
-        [] { fake::InRole(fake::kConfigRole, [] { return DOM_ita_IsPolicyExist("p"); }); });
-    while (fake::Count(fake::Event::kLock) == before) std::this_thread::yield();
-    EXPECT_EQ(fake::HeldLocks(), 0);
-    {
-        fake::Quiet not_counted;
-        pthread_mutex_unlock(&g_stDomainItaPolicyTableMutexLock);
+}
+
+TEST_F(ItaStore, PolicyThatComesWhileTheMutexIsAwaitedIsThere) {
+    uint32_t (*const kCalls[])() = {
+        [] { return DOM_ita_policy_Create("p"); },
+        [] { return DOM_ita_policy_AddPolicy(DOM_ita_CreatePolicy("p")), DOM_OK; },
+    };
+    for (const auto& call : kCalls) {
+        ItaPolicy* policy = DOM_ita_CreatePolicy("p");
+        const auto meanwhile = [policy] {
+            EXPECT_TRUE(AllNames().empty());
+            HASH_LinkAtHead(&g_pstDomainItaPolicyTable->buckets[ItaPolicyBucket("p")],
+                            &policy->hash_links);
+        };
+        EXPECT_EQ(ResultBehindMutex(g_stDomainItaPolicyTableMutexLock, call, meanwhile), DOM_OK);
+        EXPECT_EQ(AllNames(), std::vector<std::string>{"p"});
+        DOM_ita_policy_Delete("p");
     }
-    reader.join();
+}
+
+TEST_F(ItaStore, NoPolicyIsLeftBehind) {
+    EXPECT_FALSE(LeavesMemory([] {
+        DOM_ita_policy_Create("p");
+        DOM_ita_policy_Delete("p");
+    })) << "deleted";
+    EXPECT_FALSE(LeavesMemory([] { DOM_ita_policy_AddPolicy(DOM_ita_CreatePolicy("p")); }))
+        << "replaced";
+    EXPECT_FALSE(LeavesMemory([] { DOM_ita_policy_DestroyPolicy(DOM_ita_CreatePolicy("p")); }))
+        << "destroyed";
+    DOM_ita_policy_Fini();
+    EXPECT_FALSE(LeavesMemory([] { DOM_ita_policy_AddPolicy(DOM_ita_CreatePolicy("p")); }))
+        << "given to no table";
+    EXPECT_FALSE(LeavesMemory([] {
+        DOM_ita_policy_Init();
+        DOM_ita_policy_Create("p");
+        DOM_ita_policy_Fini();
+    })) << "with its table";
+    EXPECT_EQ(DOM_ita_policy_Init(), DOM_OK);
 }
 
 // Bytes above 127 count as unsigned, the length excludes the terminator, and byte 8 of the last

@@ -1,5 +1,6 @@
 // The saved recording policy.
 #include "unit/policy/rec_fixture.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
@@ -218,6 +219,14 @@ TEST_F(RecDb, OnlyTheLastMethodDecides) {
     EXPECT_EQ(Read(), "-");
     PutMessage([](Appender& append) { Item(append, 6, 3, "outside"); });
     EXPECT_EQ(Read(), "-");
+}
+
+TEST_F(RecDb, RefusedRecordIsNotLeftBehind) {
+    PutMessage([](Appender& append) { append.Raw(2, "damaged", 7); });
+    EXPECT_FALSE(LeavesMemory([this] {
+        EXPECT_EQ(Read(), "-");
+        fake::ClearDbmCalls();
+    }));
 }
 
 TEST_F(RecDb, FailedReadsGiveNothing) {

@@ -1,17 +1,13 @@
+#include <aaadom/accounting_policy.h>
+
+#include "policy/rec_policy.h"
 #include "unit/policy/rec_fixture.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
 
 using RecStore = RecTest;
-
-/// Locks that `call` takes.
-template <typename Call>
-uint64_t LocksOf(Call&& call) {
-    const uint64_t before = fake::Count(fake::Event::kLock);
-    call();
-    return fake::Count(fake::Event::kLock) - before;
-}
 
 TEST_F(RecStore, OnlyTypeZeroHasAText) {
     char text[16] = "old";
@@ -262,6 +258,88 @@ TEST_F(RecStore, WorkingRoleLocksOnceAndConfigurationRoleNever) {
     };
     calls(1);
     fake::InRole(fake::kConfigRole, [&] { return calls(0), 0; });
+}
+
+TEST_F(RecStore, RecordIsUsedUnderTheMutex) {
+    const auto held = [](const RecPolicy&) { return static_cast<uint32_t>(fake::HeldLocks()); };
+    InBothRoles([] { DOM_Rec_CreatePolicy(0); });
+    EXPECT_EQ(WithRecPolicy(0, 99, held), 1u);
+    EXPECT_EQ(fake::InRole(fake::kConfigRole, [&] { return WithRecPolicy(0, 99, held); }), 0u);
+}
+
+// What was there before the mutex was free may be gone by then.
+TEST_F(RecStore, PolicyThatGoesWhileTheMutexIsAwaitedIsAbsent) {
+    const std::pair<uint32_t (*)(), uint32_t> kCalls[] = {
+        {[] { return DOM_Rec_policy_UnSetAcctScheme(0); }, DOM_ERR_NOT_FOUND},
+        {[] {
+             MethodList list{};
+             return DOM_Rec_policy_GetMethodList(0, &list);
+         },
+         DOM_ERR_FAILED},
+        {[] { return DOM_Rec_DestroyPolicy(0), DOM_OK; }, DOM_OK},
+        {[] { return DOM_Rec_SetPolicy(NewRecord()), DOM_OK; }, DOM_OK},
+        {[] { return DOM_Rec_CreatePolicy(0); }, DOM_OK},
+    };
+    for (const auto& [call, result] : kCalls) {
+        CreateSample();
+        RecPolicy* policy = DOM_Rec_GetPolicyByType(0);
+        const auto meanwhile = [policy] {
+            EXPECT_EQ(RecPolicySlot(Role::kWorking), policy);
+            RecPolicySlot(Role::kWorking) = nullptr;
+        };
+        EXPECT_EQ(ResultBehindMutex(g_stRecPolicyTypeMutexLock, call, meanwhile), result);
+        EXPECT_EQ(ShowMethods(policy->acct_scheme), kSampleMethods);
+        free(policy);
+        DOM_Rec_DestroyPolicy(0);
+    }
+}
+
+TEST_F(RecStore, ConfigurationRolesMethodListWaitsForTheWorkingRolesMutex) {
+    const auto read = [] {
+        return fake::InRole(fake::kConfigRole, [] {
+            MethodList list{};
+            return DOM_Rec_policy_GetMethodList(0, &list);
+        });
+    };
+    const auto meanwhile = [] { EXPECT_EQ(fake::HeldLocks(), 0); };
+    EXPECT_EQ(ResultBehindMutex(g_stRecPolicyTypeMutexLock, read, meanwhile), DOM_ERR_FAILED);
+}
+
+TEST_F(RecStore, WorkingRoleMakesTheMutexNewAtBothEnds) {
+    MakeRecursive(g_stRecPolicyTypeMutexLock);
+    DOM_Rec_policy_Init();
+    EXPECT_TRUE(IsPlain(g_stRecPolicyTypeMutexLock));
+    MakeRecursive(g_stRecPolicyTypeMutexLock);
+    DOM_Rec_policy_Fini();
+    EXPECT_TRUE(IsPlain(g_stRecPolicyTypeMutexLock));
+}
+
+TEST_F(RecStore, NoPolicyIsLeftBehind) {
+    InBothRoles([] {
+        EXPECT_FALSE(LeavesMemory([] {
+            DOM_Rec_CreatePolicy(0);
+            DOM_Rec_policy_Fini();
+        })) << "with its role";
+    });
+    EXPECT_FALSE(LeavesMemory([] { DOM_Rec_SetPolicy(NewRecord()); })) << "replaced";
+    EXPECT_FALSE(LeavesMemory([] { DOM_Rec_SetPolicy(NewRecord(1)); })) << "of another type";
+}
+
+// The domain table's initialisation and teardown take both policy stores along.
+TEST_F(RecStore, DomainTablesBeginAndEndWithBothPolicyStores) {
+    InBothRoles([] {
+        CreateSample();
+        EXPECT_EQ(DOM_ita_policy_Create("p"), DOM_OK);
+        (void)DOM_DomainInfoTableFini();
+        EXPECT_EQ(DOM_Rec_IsPolicyExist(0), 0u);
+        EXPECT_EQ(DOM_GetItaPolicyGlobalVarByThr(), nullptr);
+        CreateSample();
+        RecPolicy* forgotten = DOM_Rec_GetPolicyByType(0);
+        EXPECT_EQ(DOM_DomainInfoTableInit(), DOM_OK);
+        EXPECT_EQ(DOM_Rec_IsPolicyExist(0), 0u);
+        EXPECT_EQ(DOM_ita_IsPolicyExist("p"), 0u);
+        free(forgotten);
+    });
 }
 
 }  // namespace

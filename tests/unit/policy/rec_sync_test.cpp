@@ -160,5 +160,20 @@ TEST_F(RecSync, PeersSchemeIsReplacedByAnUnsetOne) {
     EXPECT_EQ(Stored(), std::string("0: ") + kNoMethods);
 }
 
+// A batch only adds, so a whole policy is taken over from a deletion too; the record of the change
+// has the operation as it came, and a change that is saved follows it.
+TEST_F(RecSync, WholePolicyOfADeletionIsTakenOverAndItsRecordDeleted) {
+    CreateSample();
+    EXPECT_EQ(DOM_Rec_db_SetPolicy(0, 1), DOM_OK);
+    RecPolicy policy;
+    ASSERT_EQ(DOM_Rec_GetPolicy(0, &policy), DOM_OK);
+    DOM_Rec_DestroyPolicy(0);
+    const TlvPtr body(DOM_Rec_tlv_EncodePolicy(&policy));
+    const TlvPtr request(AAA_AddOpHead(DOM_OP_DELETE, body.get()));
+    EXPECT_EQ(DOM_RestoreData(request.get(), 1, 0, 0, nullptr, nullptr), DOM_OK);
+    EXPECT_EQ(Stored(), std::string("0: ") + kSampleMethods);
+    EXPECT_EQ(DOM_Rec_PolicyIsExist(handle_, 0), 0u);
+}
+
 }  // namespace
 }  // namespace aaadom

@@ -18,9 +18,7 @@ extern "C" {
 
 /* Results of changes of authorization profiles; answered to the requester unchanged. */
 #define DOM_AUTHOR_OK 0u
-#define DOM_AUTHOR_FAILED                                                   \
-    1u /* no memory, malformed message, or the profile to change is missing \
-        */
+#define DOM_AUTHOR_FAILED 1u /* no memory, malformed message, no profile to change */
 #define DOM_AUTHOR_PROFILE_EXISTS 19u
 #define DOM_AUTHOR_STORE_FULL 20u
 #define DOM_AUTHOR_PROFILE_NOT_EXIST 21u /* also in the end message of a failed read */
@@ -340,8 +338,8 @@ TLV_MSG* DOM_author_ProcProfileGet(const char* name, uint16_t* flag_out) AAADOM_
  * @param flag_out      set to DOM_REPLY_KIND_RESULT with an end message, else untouched; null is
  *                      skipped.
  * @return returned, destroy with TLV_Destroy: the segment as code 157; an end message with result
- * 21 when the profile or the VPN does not exist or its message could not be built; null when that
- * could not be built either.
+ *         21 when the profile or the VPN does not exist or its message could not be built; null
+ *         when that could not be built either.
  * @thread the role's own; takes no lock.
  */
 TLV_MSG* DOM_author_ProcProfileVpnGet(const char* profile_name, const char* vpn_name,
@@ -362,8 +360,9 @@ TLV_MSG* DOM_author_ProcProfileGetBulk(const char* name) AAADOM_NOEXCEPT;
  * empty; it takes the VPN that follows `vpn_name_inout` (empty = the first one) and goes on to the
  * profiles that follow, over those without VPNs, until it meets a VPN.
  * @param profile_name    borrowed; not cut.
- * @param vpn_name_inout  at least one byte; borrowed; made empty when the walk leaves the profile
- * in which it started, else unchanged: the VPN that was met is named by the message.
+ * @param vpn_name_inout  at least one byte; borrowed; made empty when the walk enters another
+ *                        profile than the one it started in, else unchanged, also at the end: the
+ *                        VPN that was met is named by the message.
  * @return returned, destroy with TLV_Destroy: the VPN's segment as code 157; null when no VPN
  *         follows, for a null argument and when memory is short.
  * @thread the role's own; takes no lock.
@@ -506,8 +505,8 @@ uint32_t AAA_GetCriticalData(const char* profile_name, const char* vpn_name,
  * @param msg        borrowed.
  * @param operation  1 adds, any other number deletes.
  * @param name_out   32 bytes, or null; on add receives the name as stored, or as in the message
- * when the profile is new (whatever becomes of it); untouched on delete and for a message without a
- * readable name.
+ *                   when the profile is new (whatever becomes of it); untouched on delete and for a
+ *                   message without a readable name.
  * @param change     borrowed; on success gets type 23, the operation and the profile name as
  *                   stored, other fields stay; untouched otherwise; null is skipped.
  * @return 0; 1 when the message has no readable name or memory is short; 13 when the profile to add
@@ -564,8 +563,8 @@ TLV_MSG* DOM_critical_ProcProfileGet(const char* name, uint16_t* flag_out) AAADO
  * @param flag_out      set to DOM_REPLY_KIND_RESULT with an end message, else untouched; null is
  *                      skipped.
  * @return returned, destroy with TLV_Destroy: the segment as code 148; an end message with result
- * 12 when the profile or the VPN does not exist or its message could not be built; null when that
- * could not be built either.
+ *         12 when the profile or the VPN does not exist or its message could not be built; null
+ *         when that could not be built either.
  * @thread the role's own; takes no lock.
  */
 TLV_MSG* DOM_critical_ProcProfileVpnGet(const char* profile_name, const char* vpn_name,
@@ -586,8 +585,9 @@ TLV_MSG* DOM_critical_ProcProfileGetBulk(const char* name) AAADOM_NOEXCEPT;
  * empty; it takes the VPN that follows `vpn_name_inout` (empty = the first one) and goes on to the
  * profiles that follow, over those without VPNs, until it meets a VPN.
  * @param profile_name    borrowed; not cut.
- * @param vpn_name_inout  at least one byte; borrowed; made empty when the walk leaves the profile
- * in which it started, else unchanged: the VPN that was met is named by the message.
+ * @param vpn_name_inout  at least one byte; borrowed; made empty when the walk enters another
+ *                        profile than the one it started in, else unchanged, also at the end: the
+ *                        VPN that was met is named by the message.
  * @return returned, destroy with TLV_Destroy: the VPN's segment as code 148; null when no VPN
  *         follows, for a null argument and when memory is short.
  * @thread the role's own; takes no lock.

@@ -117,10 +117,9 @@ struct AuthorProfiles {
 
   private:
     static Vpn* AfterLink(const VpnList& list, const AuthorVpnLink& link) noexcept {
-        // Null: a sentinel that nobody has initialised.
-        if (link.next == nullptr || link.next == &list) return nullptr;
         static_assert(offsetof(Vpn, list) == 0);
-        return reinterpret_cast<Vpn*>(link.next);
+        // The links of a sentinel that nobody has initialised are null and give null.
+        return link.next == &list ? nullptr : reinterpret_cast<Vpn*>(link.next);
     }
 };
 

@@ -22,7 +22,7 @@ struct ProfileChange {
     static uint32_t ApplyProfile(Head& head, TLV_MSG* msg, uint16_t operation, char* name_out,
                                  size_t name_size, DomDbUpdateReq* change) noexcept {
         char name[DOM_PROFILE_NAME_SIZE] = {};
-        if (msg == nullptr || Kind::DecodeName(msg, name) != DOM_OK) return kProfileFailed;
+        if (Kind::DecodeName(msg, name) != DOM_OK) return kProfileFailed;
         Profile* profile = Store::Find(head, name);
         if (operation == kAdd) {
             if (profile != nullptr) {
@@ -80,7 +80,7 @@ struct ProfileChange {
     static Profile* Decode(const Head& head, TLV_MSG* msg, uint16_t operation,
                            uint32_t (*decode)(TLV_MSG*, Message*), Message& decoded) noexcept {
         Kind::kInitMessage(&decoded);
-        if (msg == nullptr || decode(msg, &decoded) != DOM_OK) return nullptr;
+        if (decode(msg, &decoded) != DOM_OK) return nullptr;
         if (operation == kAdd && decoded.segment_id == 0) return nullptr;
         return Store::Find(head, decoded.profile_name);
     }

@@ -35,8 +35,9 @@ struct ProfileRead {
     /// walk enters another profile; the caller takes the next name from the message.
     static TLV_MSG* GetNextVpn(const Head& head, const char* profile_name,
                                char* vpn_name) noexcept {
-        if (profile_name == nullptr || vpn_name == nullptr) return nullptr;
-        Profile* profile = profile_name[0] == '\0' ? nullptr : Store::Find(head, profile_name);
+        if (vpn_name == nullptr) return nullptr;
+        // An empty name finds a profile without a name, if any: the first one in either order.
+        Profile* profile = Store::Find(head, profile_name);
         if (profile == nullptr) profile = NextProfile(head, profile_name);
         if (profile == nullptr) return nullptr;
         const Vpn* vpn = VpnAfter(*profile, vpn_name);

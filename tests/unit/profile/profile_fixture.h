@@ -8,6 +8,7 @@
 #include <aaadom/profile_codec.h>
 #include <aaadom/results.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <cstring>
 #include <ostream>
@@ -216,6 +217,18 @@ struct Critical {
         return names;
     }
 };
+
+/// How much the heap grows in `rounds` rounds of `body`, which should give back what it takes. The
+/// first rounds do not count: caches fill in them. 0 in a sanitized build, whose leak checker sees
+/// more than this.
+template <typename Body>
+int64_t HeapGrowth(int rounds, Body&& body) {
+    for (int i = 0; i < 10; ++i) body();
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < rounds; ++i) body();
+    return static_cast<int64_t>(mallinfo2().uordblks) - static_cast<int64_t>(before);
+}
+inline constexpr int64_t kHeapNoise = 1 << 14;  // what gtest and the fakes may note meanwhile
 
 /// Both roles' stores of one kind for the length of a test, which begins on the working role.
 template <typename Store>

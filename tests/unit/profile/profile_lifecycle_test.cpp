@@ -71,6 +71,15 @@ TYPED_TEST(ProfileLifecycle, FiniFreesTheCallingRolesProfilesWithTheirVpns) {
     });
 }
 
+TYPED_TEST(ProfileLifecycle, FiniKeepsNoMemory) {
+    const auto round = [this] {
+        this->AddVpn(this->Add("p"), "v");
+        this->AddVpn(this->Add("q"), "w");
+        TypeParam::Fini();
+    };
+    EXPECT_LT(HeapGrowth(500, round), kHeapNoise);
+}
+
 TYPED_TEST(ProfileLifecycle, StoreWorksAgainAfterFini) {
     this->AddProfiles(16);
     TypeParam::Fini();

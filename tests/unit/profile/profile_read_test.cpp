@@ -216,8 +216,16 @@ TYPED_TEST(ProfileReadTest, ProfilesWithoutVpnsAreSkipped) {
 
 TYPED_TEST(ProfileReadTest, VpnWalkEndsBehindProfilesWithoutVpns) {
     this->AddVpn(this->Add("a"), "v");
+    EXPECT_EQ(this->NextVpn("a", "v"), "");
     this->Add("b");
     EXPECT_EQ(this->NextVpn("a", "v"), "");
+}
+
+TYPED_TEST(ProfileReadTest, VpnNameStaysAtTheEndOfTheWalk) {
+    this->AddVpn(this->Add("a"), "v");
+    char vpn[32] = "v";
+    EXPECT_EQ(this->NextVpn("a", vpn), "");
+    EXPECT_STREQ(vpn, "v");
 }
 
 TYPED_TEST(ProfileReadTest, WholeWalkMeetsEveryVpnOnce) {

@@ -106,6 +106,16 @@ TYPED_TEST(ProfileStoreTest, DeletionFreesTheVpns) {
     EXPECT_EQ(TypeParam::Find("p"), nullptr);
 }
 
+TYPED_TEST(ProfileStoreTest, DeletedProfilesKeepNoMemory) {
+    const auto round = [this] {
+        auto* profile = this->Add("p");
+        this->AddVpn(profile, "v");
+        this->AddVpn(profile, "w");
+        TypeParam::Delete(profile);
+    };
+    EXPECT_LT(HeapGrowth(500, round), kHeapNoise);
+}
+
 TYPED_TEST(ProfileStoreTest, DeletionMakesRoomForAnother) {
     this->AddProfiles(16);
     TypeParam::Delete(TypeParam::Find("p3"));

@@ -34,6 +34,17 @@ TYPED_TEST(ProfileVpnTest, LookUpMindsTheCase) {
     EXPECT_EQ(this->profile_->vpn_count, 2u);
 }
 
+// Names of different buckets differ whatever the comparison; these two share bucket 33.
+TYPED_TEST(ProfileVpnTest, LookUpMindsTheCaseWithinABucket) {
+    this->AddVpn(this->profile_, "vpn65");
+    EXPECT_EQ(this->FindVpn(this->profile_, "VPN65"), nullptr);
+    ASSERT_EQ(this->AddVpn(this->profile_, "VPN65", {2, "two"}), kOk);
+    EXPECT_EQ(this->profile_->vpn_table->buckets[33]->next,
+              &this->FindVpn(this->profile_, "vpn65")->hash);
+    EXPECT_EQ(this->SegmentOf("vpn65").id, 1u);
+    EXPECT_EQ(this->SegmentOf("VPN65").id, 2u);
+}
+
 TYPED_TEST(ProfileVpnTest, LookUpFindsWholeNamesOnly) {
     this->AddVpn(this->profile_, "abc");
     EXPECT_EQ(this->FindVpn(this->profile_, "ab"), nullptr);
@@ -157,6 +168,22 @@ TYPED_TEST(ProfileVpnTest, AdditionWithoutATableChangesNothing) {
     EXPECT_EQ(this->profile_->vpn_table, nullptr);
     EXPECT_EQ(this->VpnNames(this->profile_), Names());
     EXPECT_EQ(this->AddVpn(this->profile_, "v"), kOk);
+}
+
+TYPED_TEST(ProfileVpnTest, RefusedAdditionsKeepNoMemory) {
+    const auto refused = [this] {
+        fake::FailHashCreate(1);
+        EXPECT_EQ(this->AddVpn(this->profile_, "v"), kFailed);
+    };
+    EXPECT_LT(HeapGrowth(1000, refused), kHeapNoise);
+}
+
+TYPED_TEST(ProfileVpnTest, DeletedVpnsKeepNoMemory) {
+    const auto round = [this] {
+        EXPECT_EQ(this->AddVpn(this->profile_, "v"), kOk);
+        TypeParam::DeleteVpn("v", this->profile_);
+    };
+    EXPECT_LT(HeapGrowth(1000, round), kHeapNoise);
 }
 
 TYPED_TEST(ProfileVpnTest, DeletionKeepsListAndChains) {

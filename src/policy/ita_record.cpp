@@ -6,24 +6,14 @@
 #include <arpa/inet.h>
 #include <platform/syslog.h>
 
-#include <cstdlib>
-#include <memory>
-
-#include "base/message.h"
+#include "policy/stored_message.h"
 
 namespace aaadom {
 namespace {
 
-constexpr int32_t kWriteWhole = -1;
-constexpr int32_t kReadWhole = 0;
 constexpr uint32_t kWarning = VSYSLOG2_PLATFORM_FLAG | 0xBCu;  // local use 7, warning
 /// A level that does not say where it belongs is refused like one that says a wrong place.
 constexpr uint32_t kNoIndex = DOM_ITA_LEVELS;
-
-struct FreeBytes {
-    void operator()(void* bytes) const noexcept { free(bytes); }
-};
-using Bytes = std::unique_ptr<void, FreeBytes>;
 
 struct LevelWord {
     uint16_t type;
@@ -37,10 +27,6 @@ constexpr LevelWord kLevelWords[] = {
     {DOM_DB_ITA_LEVEL_SECOND_A, offsetof(ItaAcctLevel, second_pair)},
     {DOM_DB_ITA_LEVEL_SECOND_B, offsetof(ItaAcctLevel, second_pair) + sizeof(uint32_t)},
 };
-
-uint32_t EncodeMethod(uint32_t position, const void* item, TLV_MSG* msg) noexcept {
-    return DOM_EncapMethodToTLVItem(position, static_cast<const MethodEntry*>(item), msg);
-}
 
 uint32_t EncodeLevel(uint32_t index, const void* item, TLV_MSG* msg) noexcept {
     Appender append(msg);
@@ -106,18 +92,6 @@ uint32_t Decode(TLV_MSG* msg, ItaPolicy& policy) noexcept {
     return result;
 }
 
-/// The stored value as a message; null when it is none. A value cannot be longer than its key said
-/// just before: what was written in between is read as far as the buffer goes, and is no message.
-TlvPtr LoadMessage(DBM_HANDLE handle, const ItaRecordKey& key, uint32_t length) noexcept {
-    const Bytes bytes(malloc(length));
-    if (!bytes) return nullptr;
-    const int32_t read =
-        DBM_GetBinary(handle, key.Text(), key.Length(), kReadWhole, length, bytes.get());
-    if (read <= 0) return nullptr;
-    return TlvPtr(TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(bytes.get()),
-                                       static_cast<uint32_t>(read)));
-}
-
 }  // namespace
 
 void LogRefusedItaRecord(const char* key, const char* reason) noexcept {
@@ -126,9 +100,7 @@ void LogRefusedItaRecord(const char* key, const char* reason) noexcept {
 }
 
 bool IsItaRecordSaved(DBM_HANDLE handle, const char* name) noexcept {
-    const ItaRecordKey key(name);
-    // Only the low 16 bits of the database's answer count.
-    return static_cast<uint16_t>(DBM_IsKeyExist(handle, key.Text(), key.Length())) == 1;
+    return IsKeyStored(handle, ItaRecordKey(name));
 }
 
 uint32_t StoreItaRecord(DBM_HANDLE handle, const char* name, const ItaPolicy& policy) noexcept {
@@ -136,21 +108,16 @@ uint32_t StoreItaRecord(DBM_HANDLE handle, const char* name, const ItaPolicy& po
     const uint32_t separation = policy.separation_state;
     const uint32_t quota_out = policy.quota_out_state;
     const AAA_ENCAP_STEP steps[] = {
-        {DOM_DB_ITA_METHOD, DOM_METHODS, policy.acct_scheme, sizeof(MethodEntry), EncodeMethod},
+        {DOM_DB_ITA_METHOD, DOM_METHODS, policy.acct_scheme, sizeof(MethodEntry),
+         EncodeStoredMethod},
         {DOM_DB_ITA_LEVEL_COUNT, 1, &policy.level_count, sizeof(uint32_t), nullptr},
         {DOM_DB_ITA_LEVEL, DOM_ITA_LEVELS, policy.levels, sizeof(ItaAcctLevel), EncodeLevel},
         {DOM_DB_ITA_TOGETHER_STATE, 1, &together, sizeof together, nullptr},
         {DOM_DB_ITA_SEPARATION_STATE, 1, &separation, sizeof separation, nullptr},
         {DOM_DB_ITA_QUOTA_OUT_STATE, 1, &quota_out, sizeof quota_out, nullptr},
     };
-    uint32_t length = 0;
-    const Bytes value(AAA_EncapStructToTLVBuf(steps, sizeof steps / sizeof *steps, &length));
-    if (!value) return DOM_ERR_FAILED;
-    const ItaRecordKey key(name);
-    return DBM_SetBinary(handle, key.Text(), key.Length(), kWriteWhole, length, value.get(),
-                         DOM_DB_ITA_POLICY) == 0
-               ? DOM_OK
-               : DOM_ERR_FAILED;
+    return StoreMessage(handle, ItaRecordKey(name), steps, sizeof steps / sizeof *steps,
+                        DOM_DB_ITA_POLICY);
 }
 
 ItaPolicy* LoadItaRecord(DBM_HANDLE handle, const char* name) noexcept {

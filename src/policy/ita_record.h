@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "base/text.h"
+#include "policy/stored_message.h"
 
 namespace aaadom {
 
@@ -26,6 +27,7 @@ class ItaKey {
     }
     const char* Text() const noexcept { return text_; }
     uint32_t Length() const noexcept { return length_; }
+    operator StoredKey() const noexcept { return {text_, length_}; }
 
   private:
     char text_[N];

@@ -8,34 +8,24 @@
 
 #include <cstring>
 
-#include "base/message.h"
 #include "policy/rec_policy.h"
+#include "policy/stored_message.h"
 
-DBM_HANDLE g_hDomRecDBHandle = -1;
+DBM_HANDLE g_hDomRecDBHandle = DBM_INVALID_HANDLE;
 
 using namespace aaadom;
 
 namespace {
 
-constexpr int32_t kWholeValue = -1;
-
-struct FreeImage {
-    void operator()(void* image) const noexcept { free(image); }
-};
-using Image = std::unique_ptr<void, FreeImage>;
-
 /// The key of a policy type; its terminator is stored with it.
 struct RecKey {
     explicit RecKey(uint32_t type) noexcept { DOM_Rec_GetPolicyMode(type, text); }
     uint32_t Length() const noexcept { return static_cast<uint32_t>(strlen(text)) + 1; }
+    operator StoredKey() const noexcept { return {text, Length()}; }
     char text[DOM_REC_MODE_SIZE];
 };
 
-uint32_t EncapMethod(uint32_t position, const void* item, TLV_MSG* msg) {
-    return DOM_EncapMethodToTLVItem(position, static_cast<const MethodEntry*>(item), msg);
-}
-
-uint32_t DecapMethod(TLV_MSG* sub, void* methods) {
+uint32_t DecapMethod(TLV_MSG* sub, void* methods) noexcept {
     return DOM_DecapTLVItemToMethod(sub, static_cast<MethodEntry*>(methods));
 }
 
@@ -43,31 +33,19 @@ uint32_t WritePolicy(const RecKey& key, const RecPolicy& policy) noexcept {
     const AAA_ENCAP_STEP steps[] = {
         {DOM_DB_REC_TLV_TYPE, 1, &policy.policy_type, sizeof policy.policy_type, nullptr},
         {DOM_DB_REC_TLV_METHOD, DOM_METHODS, policy.acct_scheme, sizeof policy.acct_scheme[0],
-         EncapMethod},
+         EncodeStoredMethod},
     };
-    uint32_t length = 0;
-    const Image image(AAA_EncapStructToTLVBuf(steps, sizeof steps / sizeof steps[0], &length));
-    if (!image) return DOM_ERR_FAILED;
-    return DBM_SetBinary(g_hDomRecDBHandle, key.text, key.Length(), kWholeValue, length,
-                         image.get(), DOM_DB_REC_POLICY) == 0
-               ? DOM_OK
-               : DOM_ERR_FAILED;
+    return StoreMessage(g_hDomRecDBHandle, key, steps, sizeof steps / sizeof steps[0],
+                        DOM_DB_REC_POLICY);
 }
 
 /// The message that the key holds; null when there is none or the value cannot be one of the
 /// library's.
-TlvPtr ReadValue(DBM_HANDLE handle, const char* key, uint32_t key_length) noexcept {
-    if (static_cast<uint16_t>(DBM_IsKeyExist(handle, key, key_length)) != 1) return nullptr;
-    const int32_t length = DBM_GetBinaryLen(handle, key, key_length);
+TlvPtr ReadValue(DBM_HANDLE handle, StoredKey key) noexcept {
+    if (!IsKeyStored(handle, key)) return nullptr;
+    const int32_t length = DBM_GetBinaryLen(handle, key.bytes, key.length);
     if (length <= 0 || static_cast<uint32_t>(length) > DOM_DB_VALUE_MAX) return nullptr;
-    const auto size = static_cast<uint32_t>(length);
-    const Image image(malloc(size));
-    if (!image) return nullptr;
-    if (DBM_GetBinary(handle, key, key_length, kWholeValue, size, image.get()) != length) {
-        return nullptr;
-    }
-    return TlvPtr(
-        TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(image.get()), size));
+    return LoadMessage(handle, key, static_cast<uint32_t>(length));
 }
 
 /// The result of the last item decides alone: an item that cannot be read is passed over when a
@@ -108,7 +86,7 @@ uint32_t DOM_Rec_db_SetPolicy(uint32_t type, uint16_t operation) noexcept {
 RecPolicy* DOM_Rec_db_GetPolicyByDBKey(DBM_HANDLE handle, const char* key,
                                        uint32_t key_length) noexcept {
     if (key == nullptr) return nullptr;
-    const TlvPtr msg = ReadValue(handle, key, key_length);
+    const TlvPtr msg = ReadValue(handle, {key, key_length});
     if (!msg) return nullptr;
     RecPolicyPtr policy = NewRecPolicy(DOM_REC_POLICY_CONNECTION);
     if (!policy || ReadPolicy(msg.get(), *policy) != DOM_OK) return nullptr;
@@ -123,8 +101,7 @@ RecPolicy* DOM_Rec_db_GetPolicyFromDBByType(DBM_HANDLE handle, uint32_t type) no
 
 uint32_t DOM_Rec_PolicyIsExist(DBM_HANDLE handle, uint32_t type) noexcept {
     if (!IsRecPolicyType(type)) return 0;
-    const RecKey key(type);
-    return static_cast<uint16_t>(DBM_IsKeyExist(handle, key.text, key.Length())) == 1 ? 1 : 0;
+    return IsKeyStored(handle, RecKey(type)) ? 1 : 0;
 }
 
 void DOM_Rec_db_SetDbChangeInfo(uint32_t type, uint16_t operation,

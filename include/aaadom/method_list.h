@@ -240,8 +240,9 @@ uint32_t DOM_IsItaEnabled(const char* domain) AAADOM_NOEXCEPT;
  * Copies the accounting scheme of a domain's accounting policy, as DOM_ita_policy_GetMethodList.
  * @param domain    name.
  * @param list_out  gets the six methods; its type and service stay. Untouched on failure.
- * @return 0; DOM_ERR_FAILED for an unknown domain, when the domain names no policy or one that does
- *         not exist, or list_out is null.
+ * @return 0; DOM_ERR_FAILED for an unknown domain, when the policy that the domain names does not
+ *         exist, or list_out is null. A domain that names none asks for the policy of the empty
+ *         name.
  * @thread any; takes and releases the calling role's table mutex, then the accounting-policy mutex;
  *         the caller holds neither.
  */

@@ -1,3 +1,6 @@
+#include <aaadom/domain.h>
+#include <aaadom/method_list.h>
+
 #include <cstdlib>
 
 #include "policy/ita_store.h"
@@ -199,6 +202,17 @@ TEST_F(ItaStore, MethodListIsCopiedWithoutTypeAndService) {
     EXPECT_EQ(list.aaa_type, 77u);
     EXPECT_EQ(list.service, 78u);
     EXPECT_EQ(memcmp(list.methods, golden::SamplePolicy().acct_scheme, sizeof list.methods), 0);
+}
+
+// The empty name is a name: no domain can tell such a policy from none.
+TEST_F(ItaStore, DomainThatNamesNoPolicyGetsThatOfTheEmptyName) {
+    MethodList list{};
+    ASSERT_EQ(DOM_AddDomainByName("a"), DOM_ADD_OK);
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_ita_policy_Create(""), DOM_OK);
+    EXPECT_EQ(DOM_GetItaMethodList("a", &list), DOM_OK);
+    EXPECT_EQ(list.methods[0].method_kind, 5u);
+    EXPECT_EQ(DOM_IsItaEnabled("a"), 0u);
 }
 
 TEST_F(ItaStore, ServicePolicyIsCountLevelsAndStates) {

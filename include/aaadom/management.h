@@ -358,6 +358,8 @@ uint32_t MOR_AuthorSegMsgProc(TLV_MSG* request, uint32_t op, uint32_t* result) A
  * Sets (op DOM_OP_SET) or deletes (op DOM_OP_DELETE) the segment of one VPN of a critical profile;
  * code 148. Judged.
  * @param segment  borrowed; profile and VPN name tell which; a set needs an ID other than 0.
+ * @param result  0; 1 no such profile, ID 0, malformed or no memory; 11 the profile has its 128
+ *                VPNs. Deleting a VPN that is not there is 0.
  */
 uint32_t MOR_SetVpnCriticalSeg(const CriticalProfileMsg* segment, uint32_t op,
                                uint32_t* result) AAADOM_NOEXCEPT;
@@ -365,6 +367,7 @@ uint32_t MOR_SetVpnCriticalSeg(const CriticalProfileMsg* segment, uint32_t op,
 /**
  * Sets or deletes the segment of one VPN of an authorization profile; code 157. Judged.
  * @param segment  borrowed; as for MOR_SetVpnCriticalSeg.
+ * @param result  as for MOR_SetVpnCriticalSeg, but 22 for 11.
  */
 uint32_t MOR_SetVpnAuthorSeg(const AuthorProfileMsg* segment, uint32_t op,
                              uint32_t* result) AAADOM_NOEXCEPT;
@@ -374,13 +377,14 @@ uint32_t MOR_SetVpnAuthorSeg(const AuthorProfileMsg* segment, uint32_t op,
  * 149. Judged.
  * @param segment  borrowed; the VPN name is not sent. A set needs an ID other than 0, a deletion
  *                 carries ID 0: the profile takes the ID and the name that are sent.
+ * @param result  0; 1 no such profile, ID 0 that is to be set, or malformed.
  */
 uint32_t MOR_SetDefaultCriticalSeg(const CriticalProfileMsg* segment, uint32_t op,
                                    uint32_t* result) AAADOM_NOEXCEPT;
 
 /**
  * Sets or clears the default segment of an authorization profile; code 158. Judged.
- * @param segment  borrowed; as for MOR_SetDefaultCriticalSeg.
+ * @param segment,result  as for MOR_SetDefaultCriticalSeg.
  */
 uint32_t MOR_SetDefaultAuthorSeg(const AuthorProfileMsg* segment, uint32_t op,
                                  uint32_t* result) AAADOM_NOEXCEPT;

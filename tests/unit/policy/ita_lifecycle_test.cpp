@@ -91,12 +91,8 @@ TEST_F(ItaLifecycle, SecondInitOfTheWorkingRoleLeavesTheMutexAlone) {
 }
 
 TEST_F(ItaLifecycle, WorkingRoleMakesTheMutexNewAtBothEnds) {
-    MakeRecursive(g_stDomainItaPolicyTableMutexLock);
-    DOM_ita_policy_Init();
-    EXPECT_TRUE(IsPlain(g_stDomainItaPolicyTableMutexLock));
-    MakeRecursive(g_stDomainItaPolicyTableMutexLock);
-    DOM_ita_policy_Fini();
-    EXPECT_TRUE(IsPlain(g_stDomainItaPolicyTableMutexLock));
+    ExpectNewAtBothEnds(g_stDomainItaPolicyTableMutexLock, DOM_ita_policy_Init,
+                        DOM_ita_policy_Fini);
 }
 
 TEST_F(ItaLifecycle, FiniFreesTheRolesPoliciesOnly) {

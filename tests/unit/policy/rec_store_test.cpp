@@ -306,12 +306,7 @@ TEST_F(RecStore, ConfigurationRolesMethodListWaitsForTheWorkingRolesMutex) {
 }
 
 TEST_F(RecStore, WorkingRoleMakesTheMutexNewAtBothEnds) {
-    MakeRecursive(g_stRecPolicyTypeMutexLock);
-    DOM_Rec_policy_Init();
-    EXPECT_TRUE(IsPlain(g_stRecPolicyTypeMutexLock));
-    MakeRecursive(g_stRecPolicyTypeMutexLock);
-    DOM_Rec_policy_Fini();
-    EXPECT_TRUE(IsPlain(g_stRecPolicyTypeMutexLock));
+    ExpectNewAtBothEnds(g_stRecPolicyTypeMutexLock, DOM_Rec_policy_Init, DOM_Rec_policy_Fini);
 }
 
 TEST_F(RecStore, NoPolicyIsLeftBehind) {

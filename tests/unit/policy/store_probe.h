@@ -1,6 +1,7 @@
 // What the tests of both policy stores ask: when a call locks, what its mutex is, what it leaves.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <malloc.h>
 #include <pthread.h>
 
@@ -63,6 +64,16 @@ inline bool IsPlain(pthread_mutex_t& mutex) {
     if (!plain) pthread_mutex_unlock(&mutex);
     pthread_mutex_unlock(&mutex);
     return plain;
+}
+
+/// Expects that the working role's beginning and its end each leave the mutex made new.
+inline void ExpectNewAtBothEnds(pthread_mutex_t& mutex, uint32_t (*init)(), void (*fini)()) {
+    MakeRecursive(mutex);
+    EXPECT_EQ(init(), 0u);
+    EXPECT_TRUE(IsPlain(mutex));
+    MakeRecursive(mutex);
+    fini();
+    EXPECT_TRUE(IsPlain(mutex));
 }
 
 /// Whether `call`, repeated, leaves a policy's worth of memory behind each time. Where an allocator

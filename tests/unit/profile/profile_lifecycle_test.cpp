@@ -1,3 +1,5 @@
+#include <aaadom/domain_table.h>
+
 #include "unit/profile/profile_fixture.h"
 
 namespace aaadom {
@@ -91,6 +93,40 @@ TYPED_TEST(ProfileLifecycle, FiniOfAnEmptyStoreDoesNothing) {
     TypeParam::Fini();
     TypeParam::Fini();
     EXPECT_EQ(this->ProfileNames(), Names());
+}
+
+/// The store comes and goes with the domain tables of its role.
+template <typename Store>
+void ExpectStoreOfTheDomainTables() {
+    ASSERT_EQ(Store::Add("from before"), kOk);
+    auto* older = Store::Find("from before");
+    ASSERT_EQ(DOM_DomainInfoTableInit(), DOM_OK);
+    EXPECT_EQ(Store::Find("from before"), nullptr);
+    Store::Delete(older);
+    Store::Init();
+    const int tables = fake::LiveHashTables();
+    ASSERT_EQ(Store::Add("p"), kOk);
+    const auto segment = Store::Pack({1, "s"});
+    ASSERT_EQ(Store::AddVpn("v", Store::Find("p"), &segment), kOk);
+    EXPECT_EQ(fake::LiveHashTables(), tables + 1);
+    EXPECT_EQ(DOM_DomainInfoTableFini(), DOM_OK);
+    EXPECT_EQ(Store::Find("p"), nullptr);
+    EXPECT_EQ(Store::Info()->profile_count, 0u);
+    EXPECT_EQ(fake::LiveHashTables(), 0);
+}
+
+TEST(ProfileStores, ComeAndGoWithTheDomainTablesOfTheRole) {
+    fake::Reset();
+    const AAADService service = fake::RoleService();
+    DOM_SetAAADService(&service);
+    for (const uint32_t role : {fake::kWorkingRole, fake::kConfigRole}) {
+        fake::InRole(role, [] {
+            ExpectStoreOfTheDomainTables<Author>();
+            ExpectStoreOfTheDomainTables<Critical>();
+            return 0;
+        });
+    }
+    DOM_ResetAAADService();
 }
 
 TEST(ProfileStores, AuthorizationAndCriticalProfilesAreSeparate) {

@@ -1,5 +1,5 @@
 // The management calls that the daemon serves, each once, and changes of many clients across a
-// SIGKILL. Rows of the scheme table and changes of table rows (codes 13 to 15) are not served yet.
+// SIGKILL.
 #include <atomic>
 #include <chrono>
 #include <cstring>
@@ -74,6 +74,78 @@ TEST_F(DaemonManagement, WalkCalls) {
     EXPECT_STREQ(row.domain_name, "zz");
     EXPECT_EQ(MOR_GetDomainInfoTable("system", 6, DOM_OP_GET, &row, &result), DOM_OK);
     EXPECT_STREQ(row.domain_name, "system");
+}
+
+TEST_F(DaemonManagement, AuthorizationProfileCalls) {
+    uint32_t result = 99;
+    char name[DOM_PROFILE_NAME_SIZE] = {};
+    EXPECT_EQ(MOR_SetAaaAuthorProfile("Gold", DOM_OP_SET, &result, name), DOM_OK);
+    EXPECT_STREQ(name, "Gold");
+    EXPECT_EQ(MOR_SetAaaAuthorProfile("gold", DOM_OP_SET, &result, name), DOM_OK);
+    EXPECT_EQ(result, DOM_AUTHOR_PROFILE_EXISTS);
+    AuthorProfileMsg segment{7, "GOLD", "default", ""};
+    EXPECT_EQ(MOR_SetDefaultAuthorSeg(&segment, DOM_OP_SET, &result), DOM_OK);
+    EXPECT_EQ(result, DOM_AUTHOR_OK);
+    AuthorProfileMsg vpn{8, "gold", "segment", "blue"};
+    EXPECT_EQ(MOR_SetVpnAuthorSeg(&vpn, DOM_OP_SET, &result), DOM_OK);
+    EXPECT_EQ(result, DOM_AUTHOR_OK);
+    TLV_MSG* request = DOM_author_tlv_EncodeAuthorVpn(&vpn);
+    EXPECT_EQ(MOR_AuthorSegMsgProc(request, DOM_OP_SET, &result), DOM_OK);
+    TLV_Destroy(request);
+    EXPECT_EQ(MOR_GetAAAAuthorProfileNum(DOM_OP_GET, &result), 1u);
+
+    AuthorProfileMsg read{};
+    EXPECT_EQ(MOR_GetAuthorPrfInfo("GOLD", DOM_OP_GET, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.profile_name, "Gold");
+    EXPECT_STREQ(read.segment_name, "default");
+    EXPECT_EQ(read.segment_id, 7u);
+    EXPECT_EQ(MOR_GetAuthorPrfInfo("", DOM_OP_GET_NEXT, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.profile_name, "Gold");
+    EXPECT_EQ(MOR_GetAuthorPrfInfo("Gold", DOM_OP_GET_NEXT, &read, &result), DOM_ERR_FAILED);
+    EXPECT_EQ(result, DOM_AUTHOR_PROFILE_NOT_EXIST);
+    EXPECT_EQ(MOR_GetAuthorVPNInfo("gold", "blue", DOM_OP_GET, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.vpn_name, "blue");
+    EXPECT_EQ(read.segment_id, 8u);
+    EXPECT_EQ(MOR_GetAuthorVPNInfo("", "", DOM_OP_GET_NEXT, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.vpn_name, "blue");
+
+    EXPECT_EQ(MOR_SetVpnAuthorSeg(&vpn, DOM_OP_DELETE, &result), DOM_OK);
+    EXPECT_EQ(MOR_SetAaaAuthorProfile("gold", DOM_OP_DELETE, &result, name), DOM_OK);
+    EXPECT_STREQ(name, "Gold");
+    EXPECT_EQ(MOR_GetAAAAuthorProfileNum(DOM_OP_GET, &result), 0u);
+}
+
+TEST_F(DaemonManagement, CriticalProfileCalls) {
+    uint32_t result = 99;
+    char name[DOM_PROFILE_NAME_SIZE] = {};
+    EXPECT_EQ(MOR_SetAaaCriticalProfile("Gold", DOM_OP_SET, &result, name), DOM_OK);
+    EXPECT_STREQ(name, "Gold");
+    CriticalProfileMsg segment{7, "GOLD", "default", "", 70};
+    EXPECT_EQ(MOR_SetDefaultCriticalSeg(&segment, DOM_OP_SET, &result), DOM_OK);
+    EXPECT_EQ(result, DOM_CRITICAL_OK);
+    CriticalProfileMsg vpn{8, "gold", "segment", "blue", 80};
+    EXPECT_EQ(MOR_SetVpnCriticalSeg(&vpn, DOM_OP_SET, &result), DOM_OK);
+    EXPECT_EQ(result, DOM_CRITICAL_OK);
+
+    CriticalProfileMsg read{};
+    EXPECT_EQ(MOR_GetCriticalPrfInfo("GOLD", DOM_OP_GET, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.profile_name, "Gold");
+    EXPECT_EQ(read.segment_id, 7u);
+    EXPECT_EQ(read.value16, 70);
+    EXPECT_EQ(MOR_GetCriticalPrfInfo("Gold", DOM_OP_GET_NEXT, &read, &result), DOM_ERR_FAILED);
+    EXPECT_EQ(result, DOM_CRITICAL_PROFILE_NOT_EXIST);
+    EXPECT_EQ(MOR_GetCriticalVPNInfo("gold", "blue", DOM_OP_GET, &read, &result), DOM_OK);
+    EXPECT_EQ(read.value16, 80);
+    EXPECT_EQ(MOR_GetCriticalVPNInfo("", "", DOM_OP_GET_NEXT, &read, &result), DOM_OK);
+    EXPECT_STREQ(read.vpn_name, "blue");
+
+    EXPECT_EQ(MOR_SetVpnCriticalSeg(&vpn, DOM_OP_DELETE, &result), DOM_OK);
+    EXPECT_EQ(MOR_SetDefaultCriticalSeg(&segment, DOM_OP_DELETE, &result), DOM_OK);
+    EXPECT_EQ(MOR_GetCriticalPrfInfo("Gold", DOM_OP_GET, &read, &result), DOM_OK);
+    EXPECT_EQ(read.segment_id, 0u);
+    EXPECT_EQ(MOR_SetAaaCriticalProfile("GOLD", DOM_OP_DELETE, &result, name), DOM_OK);
+    EXPECT_EQ(MOR_SetAaaCriticalProfile("GOLD", DOM_OP_DELETE, &result, name), DOM_OK);
+    EXPECT_EQ(result, DOM_CRITICAL_PROFILE_NOT_EXIST);
 }
 
 TEST_F(DaemonManagement, DeviceCalls) {

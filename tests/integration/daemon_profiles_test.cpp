@@ -2,11 +2,11 @@
 #include <aaadom/db_layout.h>
 #include <platform/aaa_tlv.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 
+#include "daemon_log.h"
 #include "daemon_process.h"
 #include "stopped_database.h"
 
@@ -393,29 +393,7 @@ TEST_F(DaemonProfiles, ReportOfAProfileHoldsItsEntries) {
     EXPECT_EQ(result, DOM_AUTHOR_PROFILE_NOT_EXIST);
 }
 
-/// Starts the daemon with its terminal lines in a file.
-class DaemonDamagedProfiles : public DaemonTest {
-  protected:
-    bool StartWithLog() {
-        const std::string path = daemon_.StateDir() + "/log";
-        return daemon_.Start({}, [&] {
-            if (freopen(path.c_str(), "w", stderr) == nullptr) _exit(126);
-        });
-    }
-    /// How many lines of the log hold the text.
-    int LinesWith(const std::string& text) const;
-};
-
-int DaemonDamagedProfiles::LinesWith(const std::string& text) const {
-    FILE* file = fopen((daemon_.StateDir() + "/log").c_str(), "r");
-    if (file == nullptr) return -1;
-    int lines = 0;
-    char line[2048];
-    while (fgets(line, sizeof line, file) != nullptr)
-        lines += strstr(line, text.c_str()) != nullptr;
-    fclose(file);
-    return lines;
-}
+using DaemonDamagedProfiles = DaemonTestWithLog;
 
 TEST_F(DaemonDamagedProfiles, AreNamedInTheLogAndTheRestIsServed) {
     ASSERT_EQ(ChangeAuthor("good"), DOM_AUTHOR_OK);

@@ -1,0 +1,38 @@
+// What a daemon writes to its terminal.
+#pragma once
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "daemon_process.h"
+
+namespace daemon_test {
+
+/// A test that starts the daemon with its lines in a file.
+class DaemonTestWithLog : public DaemonTest {
+  protected:
+    bool StartWithLog() {
+        const std::string path = LogPath();
+        return daemon_.Start({}, [&] {
+            if (freopen(path.c_str(), "w", stderr) == nullptr) _exit(126);
+        });
+    }
+    /// How many lines since that start hold the text.
+    int LinesWith(const std::string& text) const {
+        std::ifstream file(LogPath());
+        EXPECT_TRUE(file.is_open());
+        int lines = 0;
+        for (std::string line; std::getline(file, line);) {
+            lines += line.find(text) != std::string::npos;
+        }
+        return lines;
+    }
+
+  private:
+    std::string LogPath() const { return daemon_.StateDir() + "/log"; }
+};
+
+}  // namespace daemon_test

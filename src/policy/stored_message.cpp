@@ -9,7 +9,8 @@
 namespace aaadom {
 namespace {
 
-constexpr int32_t kWholeValue = -1;
+constexpr int32_t kWriteWhole = -1;
+constexpr int32_t kReadWhole = 0;
 
 struct FreeBytes {
     void operator()(void* bytes) const noexcept { free(bytes); }
@@ -28,7 +29,7 @@ uint32_t StoreMessage(DBM_HANDLE handle, StoredKey key, const AAA_ENCAP_STEP* st
     uint32_t length = 0;
     const Bytes value(AAA_EncapStructToTLVBuf(steps, step_count, &length));
     if (!value) return DOM_ERR_FAILED;
-    return DBM_SetBinary(handle, key.bytes, key.length, kWholeValue, length, value.get(),
+    return DBM_SetBinary(handle, key.bytes, key.length, kWriteWhole, length, value.get(),
                          value_type) == 0
                ? DOM_OK
                : DOM_ERR_FAILED;
@@ -38,7 +39,7 @@ TlvPtr LoadMessage(DBM_HANDLE handle, StoredKey key, uint32_t length) noexcept {
     const Bytes bytes(malloc(length));
     if (!bytes) return nullptr;
     const int32_t read =
-        DBM_GetBinary(handle, key.bytes, key.length, kWholeValue, length, bytes.get());
+        DBM_GetBinary(handle, key.bytes, key.length, kReadWhole, length, bytes.get());
     if (read < 0 || static_cast<uint32_t>(read) != length) return nullptr;
     return TlvPtr(
         TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(bytes.get()), length));

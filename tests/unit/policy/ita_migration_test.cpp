@@ -69,6 +69,7 @@ TEST_F(ItaMigration, AtMost500BytesAreRead) {
     fake::ClearDbmCalls();
     (void)Read("gold");
     EXPECT_EQ(fake::DbmCalls("DBM_GetBinary").back().value_length, 500u);
+    EXPECT_EQ(fake::DbmCalls("DBM_GetBinary").back().index, 0);
 }
 
 TEST_F(ItaMigration, ReadsThroughTheGivenHandleAndWritesThroughTheInstalledOne) {
@@ -175,6 +176,22 @@ TEST_F(ItaMigration, TheLevelCountIsCarriedWhateverItIs) {
 TEST_F(ItaMigration, TheLastTwoBytesMayBeMissing) {
     EXPECT_EQ(ReadBlock(SampleBlock().substr(0, 498)), Dump(golden::SamplePolicy()));
     EXPECT_EQ(ReadBlock(Patched(498, "\xff\xff")), Dump(golden::SamplePolicy()));
+    PutOld("silver", SampleBlock().substr(0, 498));  // a whole block all the same
+    EXPECT_EQ(Read("silver"), Dump(golden::SamplePolicy("silver")));
+}
+
+TEST_F(ItaMigration, MethodTypesAreCarriedUpTo31) {
+    ItaPolicy want = golden::SamplePolicy();
+    want.acct_scheme[5].method_kind = 31;
+    EXPECT_EQ(ReadBlock(Patched(32 + 5 * 44, std::string("\0\0\0\x1f", 4))), Dump(want));
+}
+
+TEST_F(ItaMigration, AShortBlockSaysALongNameByItsFirst31Characters) {
+    const std::string longest(31, 'n');
+    ItaPolicy want{};
+    CopyText(want.name, longest.c_str());
+    PutOld(longest.c_str(), longest);
+    EXPECT_EQ(Read((longest + "XYZ").c_str()), Dump(want));
 }
 
 // Quota-out is 1 in a new policy and 0 where a block ends before it.

@@ -1,4 +1,5 @@
 #include "unit/policy/ita_data_fixture.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
@@ -100,6 +101,16 @@ TEST_F(ItaRecord, ReadsBackWhatWasWritten) {
     EXPECT_EQ(Read("gold"), Dump(golden::SamplePolicy()));
 }
 
+TEST_F(ItaRecord, IsReadWholeUnderItsKeyWithTheTerminator) {
+    AddSample("gold");
+    ASSERT_EQ(DOM_ita_db_SetPolicy("gold", 1), DOM_OK);
+    (void)Read("gold");
+    const auto calls = fake::DbmCalls("DBM_GetBinary");
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].key, std::string("dom-tlv-ita-policy-gold", 24));
+    EXPECT_EQ(calls[0].index, 0);
+}
+
 TEST_F(ItaRecord, IsWrittenFromTheTableOfTheCaller) {
     AddSample("gold");
     fake::InRole(fake::kConfigRole, [] {
@@ -107,6 +118,15 @@ TEST_F(ItaRecord, IsWrittenFromTheTableOfTheCaller) {
         return 0;
     });
     EXPECT_EQ(fake::DbmCalls("DBM_SetBinary").size(), 0u);
+}
+
+// The policy may change while the database works; TearDown sees that the mutex is free by then.
+TEST_F(ItaRecord, ThePolicyIsCopiedUnderTheMutex) {
+    AddSample("gold");
+    EXPECT_EQ(LocksOf([] { (void)DOM_ita_db_SetPolicy("gold", 1); }), 1u);
+    EXPECT_EQ(LocksOf([] { (void)DOM_ita_db_SetPolicy("absent", 1); }), 1u);
+    EXPECT_EQ(LocksOf([&] { (void)Read("gold"); }), 0u);
+    EXPECT_EQ(LocksOf([] { (void)DOM_ita_db_SetPolicy("gold", 0); }), 0u);
 }
 
 TEST_F(ItaRecord, AnAbsentPolicyIsNotWritten) {
@@ -229,6 +249,16 @@ TEST_F(ItaRecord, OnlyTheLastMethodOrLevelDecides) {
               Dump(want));
     EXPECT_EQ(StoreAndRead([](Appender& append) {
                   AppendLevel(append, {{1, 1}, {2, 4}});
+                  append.Nested(1, [](Appender& item) { Word(item, 1, 6); });
+                  append.Nested(1, [](Appender& item) {
+                      Word(item, 1, 0);
+                      Word(item, 2, 5);
+                  });
+              }),
+              Dump(want));
+    EXPECT_TRUE(fake::LogLines().empty());
+    EXPECT_EQ(StoreAndRead([](Appender& append) {
+                  AppendLevel(append, {{1, 1}, {2, 4}});
                   append.Raw(1, "garbage", 7);
                   Word(append, 6, 1);  // numbers do not decide
               }),
@@ -275,6 +305,13 @@ TEST_F(ItaRecord, WhatIsNoMessageIsRefusedWithALineThatNamesTheKey) {
         ASSERT_EQ(fake::LogLines().size(), 1u);
         EXPECT_NE(fake::LogLines()[0].text.find("\"dom-tlv-ita-policy-gold\""), std::string::npos);
     }
+}
+
+TEST_F(ItaRecord, AMalformedLastLevelIsRefusedWithAWarningThatNamesTheKey) {
+    EXPECT_EQ(StoreAndRead([](Appender& append) { AppendLevel(append, {{1, 8}}); }), "-");
+    ASSERT_EQ(fake::LogLines().size(), 1u);
+    EXPECT_NE(fake::LogLines()[0].text.find("\"dom-tlv-ita-policy-p\""), std::string::npos);
+    EXPECT_EQ(fake::LogLines()[0].priority & 7u, 4u);
 }
 
 TEST_F(ItaRecord, WhatIsNotSavedIsNotLogged) {

@@ -101,7 +101,7 @@ uint32_t DecodeItaPolicy(TLV_MSG* msg, ItaPolicy& policy) noexcept {
     uint32_t next_level = 0;
     uint32_t result = DOM_OK;
     for (const TlvItem item : TlvWalk(msg)) result |= ReadField(item, policy, next_level);
-    // Nobody could find, change or delete a policy without a name.
+    // A policy without a name would get the settings of every request that lacks one.
     return policy.name[0] == '\0' ? DOM_ERR_FAILED : result;
 }
 

@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <platform/syslog.h>
 
+#include "policy/ita_policy.h"
 #include "policy/stored_message.h"
 
 namespace aaadom {
@@ -133,11 +134,10 @@ ItaPolicy* LoadItaRecord(DBM_HANDLE handle, const char* name) noexcept {
         LogRefusedItaRecord(key.Text(), "its value cannot be read as a message");
         return nullptr;
     }
-    ItaPolicy* policy = DOM_ita_CreatePolicy(name);
-    if (policy == nullptr) return nullptr;
-    if (Decode(msg.get(), *policy) == DOM_OK) return policy;
+    ItaPolicyPtr policy = NewItaPolicy(ItaPolicyName(name));
+    if (!policy) return nullptr;
+    if (Decode(msg.get(), *policy) == DOM_OK) return policy.release();
     LogRefusedItaRecord(key.Text(), "its last method or level is malformed");
-    DOM_ita_policy_DestroyPolicy(policy);
     return nullptr;
 }
 

@@ -11,6 +11,7 @@
 #include "base/message_queue.h"
 #include "base/role.h"
 #include "base/text.h"
+#include "policy/ita_policy.h"
 #include "policy/ita_policy_message.h"
 
 using namespace aaadom;
@@ -48,16 +49,13 @@ void DOM_ita_bthsyn_SendPolicys(int32_t target) noexcept {
 
 uint32_t DOM_ita_bthsyn_RecvOnePolicy(TLV_MSG* msg, uint16_t, DomDbUpdateReq* change) noexcept {
     if (CurrentRole() == Role::kConfig) return DOM_ERR_FAILED;
-    auto* policy = static_cast<ItaPolicy*>(calloc(1, sizeof(ItaPolicy)));
-    if (policy == nullptr) return DOM_ERR_FAILED;
-    const uint32_t decoded = DOM_ita_tlv_DecodePolicy(msg, policy);
-    if (decoded != DOM_OK) {
-        DOM_ita_policy_DestroyPolicy(policy);
-        return decoded;
-    }
+    ItaPolicyPtr policy(static_cast<ItaPolicy*>(calloc(1, sizeof(ItaPolicy))));
+    if (!policy) return DOM_ERR_FAILED;
+    const uint32_t decoded = DOM_ita_tlv_DecodePolicy(msg, policy.get());
+    if (decoded != DOM_OK) return decoded;
     char name[DOM_ITA_NAME_SIZE];
     CopyField(name, policy->name);
-    DOM_ita_policy_AddPolicy(policy);  // the store's from here on
+    DOM_ita_policy_AddPolicy(policy.release());
     DOM_ita_db_SetDbChangeInfo(name, DOM_PRESENT, change);
     return DOM_OK;
 }

@@ -112,6 +112,18 @@ TEST_F(ItaCodec, AMalformedSurplusLevelIsIgnoredToo) {
     EXPECT_NE(Decode(msg), "-");
 }
 
+TEST_F(ItaCodec, WhatIsNoLevelTakesNoEntry) {
+    const TlvPtr msg = Message([](Appender& append) {
+        append.Text(52, "p").Nested(56, [](Appender& levels) {
+            levels.U32(53, 1).Nested(54, [](Appender& other) { other.U32(53, 2); });
+            levels.Nested(55, [](Appender& level) { level.U32(53, 3); });
+        });
+    });
+    ItaPolicy want = Bare("p");
+    want.levels[0] = {3, 0, {0xFFFFFFFF, 0xFFFFFFFF}, {0xFFFFFFFF, 0xFFFFFFFF}};
+    EXPECT_EQ(Decode(msg), Dump(want));
+}
+
 TEST_F(ItaCodec, SeveralLevelSetsFillOneRowOfEntries) {
     const TlvPtr msg = Message([](Appender& append) {
         append.Text(52, "p");
@@ -347,6 +359,36 @@ TEST_F(ItaCodec, AQuotaRequestWithoutStateSwitchesOn) {
     uint16_t state = 0;
     EXPECT_EQ(DOM_ita_tlv_DecodeTrafQuotaOut(msg.get(), sizeof name, name, &state), DOM_OK);
     EXPECT_EQ(state, 1);
+}
+
+// Such a setting is of no policy, which the store finds out.
+TEST_F(ItaCodec, SettingsWithoutANameReadAnEmptyOne) {
+    const TlvPtr msg = Message([](Appender& append) {
+        append.Nested(10, [](Appender& item) { item.U32(12, 1); }).U32(60, 7);
+    });
+    char name[32] = "before";
+    MethodEntry methods[6];
+    EXPECT_EQ(DOM_ita_tlv_DecodeAcctScheme(msg.get(), sizeof name, name, methods), DOM_OK);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(methods[0].method_kind, 1u);
+    name[0] = 'x';
+    uint16_t state = 0;
+    EXPECT_EQ(DOM_ita_tlv_DecodeTrafQuotaOut(msg.get(), sizeof name, name, &state), DOM_OK);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(state, 7);
+}
+
+TEST_F(ItaCodec, ANameThatHasNoRoomFailsEverySetting) {
+    const TlvPtr msg(DOM_ita_tlv_EncodeAcctScheme("gold", SampleMethods()));
+    char name[32] = "before";
+    MethodEntry methods[6];
+    ItaAcctLevel level;
+    uint32_t flags;
+    uint16_t state;
+    EXPECT_EQ(DOM_ita_tlv_DecodeAcctScheme(msg.get(), 0, name, methods), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_ita_tlv_DecodeAcctLevel(msg.get(), 0, name, &level, &flags), DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_ita_tlv_DecodeTrafQuotaOut(msg.get(), 0, name, &state), DOM_ERR_FAILED);
+    EXPECT_STREQ(name, "before");
 }
 
 TEST_F(ItaCodec, NullIsRefusedEverywhere) {

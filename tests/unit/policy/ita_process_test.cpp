@@ -169,6 +169,35 @@ TEST_F(ItaProcess, ALevelOfAnAbsentPolicyFailsInItsOwnWay) {
     ExpectChange(change_, "p", 1);
 }
 
+TEST_F(ItaProcess, ASettingOfAnAbsentPolicyIsRecordedAllTheSame) {
+    for (const uint16_t operation : {1, 0}) {
+        EXPECT_EQ(Process(DOM_ita_cfg_ProcAcctScheme, Scheme("p"), operation), DOM_ERR_NOT_FOUND);
+        ExpectChange(change_, "p", 1);
+        EXPECT_EQ(Process(ProcessQuotaOut, DOM_ita_tlv_EncodeTrafQuotaOut("p", 1), operation),
+                  DOM_ERR_NOT_FOUND);
+        ExpectChange(change_, "p", 1);
+    }
+}
+
+// They are decoded; it is the store that has no such policy.
+TEST_F(ItaProcess, SettingsWithoutANameAreOfNoPolicy) {
+    AddSample("p");
+    const std::string before = Stored("p");
+    const auto nameless = [] {
+        return Message([](Appender& append) {
+                   append.Nested(10, [](Appender& item) { item.U32(12, 1); }).U32(53, 4);
+               })
+            .release();
+    };
+    EXPECT_EQ(Process(DOM_ita_cfg_ProcAcctScheme, nameless(), 1), DOM_ERR_NOT_FOUND);
+    ExpectChange(change_, "", 1);
+    EXPECT_EQ(Process(DOM_ita_cfg_ProcAcctLevel, nameless(), 1), DOM_ERR_FAILED);
+    ExpectChange(change_, "", 1);
+    EXPECT_EQ(Process(ProcessQuotaOut, nameless(), 1), DOM_ERR_NOT_FOUND);
+    ExpectChange(change_, "", 1);
+    EXPECT_EQ(DumpAll(), (std::vector<std::string>{before}));
+}
+
 TEST_F(ItaProcess, StoresTheQuotaOutState) {
     DOM_ita_policy_Create("p");
     EXPECT_EQ(Process(ProcessQuotaOut, DOM_ita_tlv_EncodeTrafQuotaOut("p", 0), 1), DOM_OK);

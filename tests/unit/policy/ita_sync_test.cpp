@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "unit/policy/ita_data_fixture.h"
+#include "unit/policy/store_probe.h"
 
 namespace aaadom {
 namespace {
@@ -125,6 +126,21 @@ TEST_F(ItaSync, NothingGoesToANegativeDescriptor) {
     AddSample();
     for (const int32_t fd : {-1, INT32_MIN}) DOM_ita_bthsyn_SendPolicys(fd);
     EXPECT_TRUE(fake::FlushCalls().empty());
+}
+
+TEST_F(ItaSync, DescriptorZeroIsOne) {
+    AddSample();
+    DOM_ita_bthsyn_SendPolicys(0);
+    ASSERT_EQ(fake::FlushCalls().size(), 1u);
+    EXPECT_EQ(fake::FlushCalls()[0].fd, 0);
+}
+
+// Once for all of them, so that a batch is the table of one moment; Sent sees that none is held
+// while sending.
+TEST_F(ItaSync, PoliciesAreEncodedUnderTheMutex) {
+    for (const char* name : {"a", "b", "c"}) AddSample(name);
+    EXPECT_EQ(LocksOf([] { DOM_ita_bthsyn_SendPolicys(kDescriptor); }), 1u);
+    EXPECT_EQ(Sent().size(), 3u);
 }
 
 TEST_F(ItaSync, NothingGoesFromTheConfigurationThread) {

@@ -4,6 +4,9 @@
 namespace aaadom {
 namespace {
 
+/// Before any test has set it.
+const DBM_HANDLE handle_at_start = g_hDomItaDBHandle;
+
 uint32_t BigEndian(const TlvItem& item) {
     unsigned char bytes[4] = {};
     EXPECT_EQ(item.Length(), sizeof bytes);
@@ -41,6 +44,7 @@ class ItaRecord : public ItaDataTest {
 };
 
 TEST_F(ItaRecord, TheHandleIsNoneUntilItIsSet) {
+    EXPECT_EQ(handle_at_start, -1);
     DOM_ita_db_SetGlobalHandle(42);
     EXPECT_EQ(g_hDomItaDBHandle, 42);
     DOM_ita_db_SetGlobalHandle(DBM_INVALID_HANDLE);

@@ -60,8 +60,7 @@ class Damage {
         if (!tell_) return;
         Log(Severity::kError,
             "saved record \"%s\": %s; it was skipped, the rest is served. Set it anew or restore "
-            "the "
-            "database from a backup",
+            "the database from a backup",
             key.c_str(), reason);
     }
 
@@ -102,7 +101,7 @@ const char* ReadSegment(int32_t length, const char* bytes, typename Kind::Segmen
 template <typename Kind>
 bool LoadVpns(Cursor& cursor, const std::string& key, typename Kind::Profile& profile,
               const Damage& damage) {
-    char bytes[Kind::kSize];
+    char bytes[Kind::kSize + 1];  // so that a longer entry shows
     int32_t length = DBM_CursorFirst(cursor.position, sizeof bytes, bytes);
     for (; length > 0; length = DBM_CursorNext(cursor.position, sizeof bytes, bytes)) {
         typename Kind::Segment segment{};

@@ -321,6 +321,20 @@ TEST_F(DaemonProfiles, EverythingSurvivesSigkill) {
     EXPECT_EQ(CriticalProfiles(), Strings{"Crit 77 65244 default"});
     EXPECT_EQ(CriticalVpns(), Strings{"Crit/Blue 16909060 1286 seg"});
 
+    // The longest names fit the keys.
+    const std::string longest(31, 'n');
+    ASSERT_EQ(ChangeAuthor(longest), DOM_AUTHOR_OK);
+    ASSERT_EQ(ChangeAuthorSegment(longest, 1, longest), DOM_AUTHOR_OK);
+    ASSERT_EQ(ChangeAuthorVpn(longest, longest, 2, longest), DOM_AUTHOR_OK);
+    ASSERT_EQ(ChangeCritical(longest), DOM_CRITICAL_OK);
+    ASSERT_EQ(ChangeCriticalSegment(longest, 1, longest, 1), DOM_CRITICAL_OK);
+    ASSERT_EQ(ChangeCriticalVpn(longest, longest, 2, longest, 1), DOM_CRITICAL_OK);
+    const auto with_longest = WholeConfiguration();
+    daemon_.Kill();
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(WholeConfiguration(), with_longest);
+    ASSERT_EQ(ChangeAuthor(longest, DOM_OP_DELETE), DOM_AUTHOR_OK);
+
     // A profile of a deleted one's name begins empty.
     ASSERT_EQ(ChangeAuthor("gone"), DOM_AUTHOR_OK);
     daemon_.Kill();
@@ -426,6 +440,29 @@ TEST_F(DaemonDamagedProfiles, AreNamedInTheLogAndTheRestIsServed) {
     EXPECT_EQ(LinesWith("\"authorprofilename_\""), 1);
     // Of two profiles that differ in letter case the first in the order of keys is served.
     EXPECT_EQ(LinesWith("\"authorprofilename_good\""), 1);
+}
+
+// The first bytes of such an entry alone would be one of today's.
+TEST_F(DaemonDamagedProfiles, EntriesOfAnotherSizeAreRefused) {
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        const uint32_t attributes[4] = {DOM_DB_AUTHOR_ENTRY_VPN_OFFSET, 32, DBM_KEY_KIND_TEXT, 0};
+        ASSERT_EQ(DBM_CreateSortList(database.Handle(), "authorprofilename_p", 20, attributes, 1,
+                                     DOM_DB_AUTHOR_ENTRY),
+                  0u);
+        std::string entry(DOM_DB_AUTHOR_ENTRY_SIZE + 1, '\0');
+        entry[0] = 1;
+        entry[DOM_DB_AUTHOR_ENTRY_VPN_OFFSET] = 'v';
+        ASSERT_EQ(DBM_InsertSortList(database.Handle(), "authorprofilename_p", 20,
+                                     static_cast<uint32_t>(entry.size()), entry.data(),
+                                     DOM_DB_AUTHOR_ENTRY),
+                  0u);
+    }
+    ASSERT_TRUE(StartWithLog());
+    EXPECT_EQ(AuthorProfiles(), Strings{"p 0 "});
+    EXPECT_TRUE(AuthorVpns().empty());
+    EXPECT_EQ(LinesWith("\"authorprofilename_p\""), 1);
 }
 
 TEST_F(DaemonDamagedProfiles, EntriesBesideADamagedOneAreServed) {

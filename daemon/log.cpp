@@ -4,6 +4,7 @@
 #include <time.h>
 
 #include <atomic>
+#include <cctype>
 #include <cstdarg>
 #include <cstdio>
 
@@ -54,6 +55,10 @@ void Log(Severity severity, const char* format, ...) {
     const int length = vsnprintf(line, sizeof line, format, args);
     va_end(args);
     if (length < 0) return;
+    // Names and keys hold any bytes; a line break in one would begin a line of its own.
+    for (char* byte = line; *byte != '\0'; ++byte) {
+        if (iscntrl(static_cast<unsigned char>(*byte)) != 0) *byte = ' ';
+    }
     ToSystemLog(LevelOf(severity), "%s", line);
     if (to_terminal.load()) fprintf(stderr, "aaad: %s\n", line);
 }

@@ -194,6 +194,9 @@ TEST_F(DaemonPolicies, NamesThatWouldBeCutDoubledOrEmptyAreRefused) {
     EXPECT_EQ(Change(doubled, kAdd), AAAD_ERR_MALFORMED);
     EXPECT_EQ(Change(CodeAlone(DOM_MSG_ITA_TRAF_QUOTA_OUT)), AAAD_ERR_MALFORMED);
     EXPECT_EQ(PolicyNames(), Strings{longest});
+    daemon_.Kill();
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(PolicyNames(), Strings{longest});
 }
 
 TEST_F(DaemonPolicies, SchemeWithoutAMethodIsRefusedForSettingAndForUnsetting) {

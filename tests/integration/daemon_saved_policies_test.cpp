@@ -157,6 +157,7 @@ TEST_F(DaemonSavedPolicies, DamagedOnesAreNamedAndTheRestIsServed) {
         database.SetBinary(kCurrent + "torn", "no policy", DOM_DB_ITA_POLICY);
         database.SetBinary(kCurrent, "nameless", DOM_DB_ITA_POLICY);
         database.SetBinary("foreign", "x", DOM_DB_ITA_POLICY);
+        database.SetBinary("two\nlines", "x", DOM_DB_ITA_POLICY);
         database.SetBinary("connection-recording-policy", "no policy", DOM_DB_REC_POLICY);
     }
     ASSERT_TRUE(StartWithLog());
@@ -168,6 +169,8 @@ TEST_F(DaemonSavedPolicies, DamagedOnesAreNamedAndTheRestIsServed) {
         EXPECT_EQ(LinesWith("\"" + key + "\""), 1) << key;
     }
     EXPECT_EQ(LinesWith("1 of 4 accounting policies loaded"), 1);
+    // A line break in a key makes no line.
+    EXPECT_EQ(LinesWith("\"two lines\""), 1);
     // What was refused can be set anew.
     EXPECT_EQ(Change(DOM_ita_tlv_EncodePolicyName("torn"), 1), DOM_OK);
     EXPECT_EQ(Change(DOM_ita_tlv_EncodePolicyName("long"), 1), DOM_OK);

@@ -73,7 +73,12 @@ void LoadPolicy(DBM_HANDLE handle, const std::string& name, PolicyCounts& counts
     DOM_ita_policy_AddPolicy(policy.release());
     ++counts.loaded;
     if (!had_former) return;
-    if (Exists(handle, former)) {
+    if (Exists(handle, former) && !Exists(handle, current)) {
+        Log(Severity::kWarning,
+            "accounting policy \"%s\" of a former release is served, but its record \"%s\" could "
+            "not be rewritten (the DBM line before names the cause); the next start tries again",
+            name.c_str(), former.c_str());
+    } else if (Exists(handle, former)) {
         RemoveFormerRecord(handle, name, former);
     } else {
         ++counts.migrated;

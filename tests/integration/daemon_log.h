@@ -14,10 +14,11 @@ namespace daemon_test {
 /// A test that starts the daemon with its lines in a file.
 class DaemonTestWithLog : public DaemonTest {
   protected:
-    bool StartWithLog() {
+    bool StartWithLog(const std::function<void()>& in_child = {}) {
         const std::string path = LogPath();
         return daemon_.Start({}, [&] {
             if (freopen(path.c_str(), "w", stderr) == nullptr) _exit(126);
+            if (in_child) in_child();
         });
     }
     /// How many lines since that start hold the text.

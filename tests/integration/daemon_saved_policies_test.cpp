@@ -114,11 +114,12 @@ TEST_F(DaemonSavedPolicies, FormerRecordBesideADamagedCurrentOneIsServed) {
 TEST_F(DaemonSavedPolicies, FailedMigrationLosesNothing) {
     ASSERT_EQ(daemon_.Terminate(), 0);
     ASSERT_EQ(PutOldPolicy(daemon_, "gold"), 0);
-    ASSERT_TRUE(daemon_.Start({}, [] {
+    ASSERT_TRUE(StartWithLog([] {
         const rlimit no_room{4096, 4096};
         (void)setrlimit(RLIMIT_FSIZE, &no_room);
     }));
     EXPECT_TRUE(ServesSample("gold"));
+    EXPECT_EQ(LinesWith("\"" + kOld + "gold\" could not be rewritten"), 1);
     daemon_.Kill();
     {
         const StoppedDatabase database(daemon_);

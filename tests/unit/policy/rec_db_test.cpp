@@ -7,6 +7,9 @@ namespace {
 
 const std::string kKey("connection-recording-policy\0", 28);
 
+/// Before any test has set it.
+const DBM_HANDLE handle_at_start = g_hDomRecDBHandle;
+
 class RecDb : public RecTest {
   protected:
     std::string Read() const { return Show(DOM_Rec_db_GetPolicyFromDBByType(handle_, 0)); }
@@ -42,13 +45,22 @@ class RecDb : public RecTest {
 };
 
 TEST_F(RecDb, NoHandleIsInstalledAtFirst) {
+    EXPECT_EQ(handle_at_start, -1);
     DOM_Rec_db_SetGlobalHandle(DBM_INVALID_HANDLE);
     CreateSample();
-    EXPECT_EQ(g_hDomRecDBHandle, -1);
     EXPECT_EQ(DOM_Rec_db_SetPolicy(0, 1), DOM_ERR_FAILED);
     EXPECT_NE(DOM_Rec_db_SetPolicy(0, 0), DOM_OK);
     DOM_Rec_db_SetGlobalHandle(handle_);
     EXPECT_EQ(g_hDomRecDBHandle, handle_);
+}
+
+TEST_F(RecDb, IsReadAtIndexZero) {
+    CreateSample();
+    ASSERT_EQ(DOM_Rec_db_SetPolicy(0, 1), DOM_OK);
+    EXPECT_NE(Read(), "-");
+    const auto calls = fake::DbmCalls("DBM_GetBinary");
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].index, 0);
 }
 
 TEST_F(RecDb, SavedPolicyIsReadBack) {

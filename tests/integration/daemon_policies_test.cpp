@@ -159,6 +159,7 @@ TEST_F(DaemonPolicies, ResultsTellWhatIsMissing) {
     EXPECT_EQ(SetLevel("gold", 1, 0, kTakeAway), DOM_ERR_NOT_FOUND);
     EXPECT_EQ(ResultOf(Ask(PolicyQuestion("Gold"), DOM_OP_GET)), DOM_ERR_NOT_FOUND);
     EXPECT_EQ(ResultOf(Ask(PolicyQuestion("gold"), DOM_OP_GET_NEXT)), DOM_ERR_NOT_FOUND);
+    EXPECT_EQ(ResultOf(Ask(CodeAlone(DOM_MSG_ITA_POLICY), DOM_OP_GET)), AAAD_ERR_MALFORMED);
     EXPECT_EQ(Change(PolicyQuestion("gold"), DOM_OP_DELETE), AAAD_ERR_MALFORMED);
     EXPECT_EQ(PolicyNames(), Strings{"gold"});
 }

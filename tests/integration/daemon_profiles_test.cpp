@@ -240,15 +240,43 @@ TEST_F(DaemonProfiles, TextsThatWouldBeCutDoubledOrEmptyAreRefused) {
     TLV_MSG* doubled = DOM_author_tlv_EncodeAuthorProfile("a");
     ASSERT_EQ(AAA_AppendStrTlvData(doubled, DOM_TLV_AUTHOR_PROFILE_NAME, "b"), 0u);
     EXPECT_EQ(Change(doubled), AAAD_ERR_MALFORMED);
-    const AuthorProfileMsg vpn = AuthorMsg(longest, "v", 1, "s");
-    TLV_MSG* long_segment = DOM_author_tlv_EncodeGetAuthorVpn(vpn.profile_name, vpn.vpn_name);
-    ASSERT_EQ(AAA_AppendUINTTlvData(long_segment, DOM_TLV_AUTHOR_SEGMENT_ID, 1), 0u);
-    ASSERT_EQ(AAA_AppendStrTlvData(long_segment, DOM_TLV_AUTHOR_SEGMENT_NAME, too_long.c_str()),
-              0u);
-    EXPECT_EQ(Change(long_segment), AAAD_ERR_MALFORMED);
     EXPECT_EQ(AuthorProfiles(), Strings{longest + " 0 "});
     EXPECT_TRUE(AuthorVpns().empty());
     EXPECT_TRUE(CriticalProfiles().empty());
+}
+
+TEST_F(DaemonProfiles, SegmentsWithoutAVpnNameOrWithOneTooLongAreRefused) {
+    const std::string too_long(32, 's');
+    ASSERT_EQ(ChangeAuthor("p"), DOM_AUTHOR_OK);
+    ASSERT_EQ(ChangeCritical("p"), DOM_CRITICAL_OK);
+    EXPECT_EQ(ChangeAuthorVpn("p", "", 1), AAAD_ERR_MALFORMED);
+    EXPECT_EQ(ChangeCriticalVpn("p", "", 1), AAAD_ERR_MALFORMED);
+    struct Kind {
+        uint32_t vpn_code, segment_code;
+        uint16_t profile, vpn, segment_id, segment_name;
+    };
+    for (const Kind& kind :
+         {Kind{DOM_MSG_AUTHOR_VPN, DOM_MSG_AUTHOR_SEGMENT, DOM_TLV_AUTHOR_PROFILE_NAME,
+               DOM_TLV_AUTHOR_VPN_NAME, DOM_TLV_AUTHOR_SEGMENT_ID, DOM_TLV_AUTHOR_SEGMENT_NAME},
+          Kind{DOM_MSG_CRITICAL_VPN, DOM_MSG_CRITICAL_SEGMENT, DOM_TLV_CRITICAL_PROFILE_NAME,
+               DOM_TLV_CRITICAL_VPN_NAME, DOM_TLV_CRITICAL_SEGMENT_ID,
+               DOM_TLV_CRITICAL_SEGMENT_NAME}}) {
+        const auto request = [&](uint32_t code, const std::string& vpn, const std::string& name) {
+            TLV_MSG* message = CodeAlone(code);
+            EXPECT_EQ(AAA_AppendStrTlvData(message, kind.profile, "p"), 0u);
+            EXPECT_EQ(AAA_AppendStrTlvData(message, kind.vpn, vpn.c_str()), 0u);
+            EXPECT_EQ(AAA_AppendUINTTlvData(message, kind.segment_id, 1), 0u);
+            EXPECT_EQ(AAA_AppendStrTlvData(message, kind.segment_name, name.c_str()), 0u);
+            return message;
+        };
+        EXPECT_EQ(Change(request(kind.vpn_code, too_long, "s")), AAAD_ERR_MALFORMED);
+        EXPECT_EQ(Change(request(kind.vpn_code, "v", too_long)), AAAD_ERR_MALFORMED);
+        EXPECT_EQ(Change(request(kind.segment_code, "v", too_long)), AAAD_ERR_MALFORMED);
+    }
+    EXPECT_TRUE(AuthorVpns().empty());
+    EXPECT_TRUE(CriticalVpns().empty());
+    EXPECT_EQ(AuthorProfiles(), Strings{"p 0 "});
+    EXPECT_EQ(CriticalProfiles(), Strings{"p 0 0 "});
 }
 
 TEST_F(DaemonProfiles, WalksKeepTheirOrdersAndSkipProfilesWithoutEntries) {
@@ -442,6 +470,32 @@ TEST_F(DaemonDamagedProfiles, AreNamedInTheLogAndTheRestIsServed) {
     EXPECT_EQ(LinesWith("\"authorprofilename_good\""), 1);
 }
 
+TEST_F(DaemonDamagedProfiles, WhatADeviceMayNotHaveIsLeftOut) {
+    for (int i = 0; i < 16; ++i) ASSERT_EQ(ChangeAuthor("p" + std::to_string(i)), DOM_AUTHOR_OK);
+    for (int i = 0; i < 128; ++i) {
+        ASSERT_EQ(ChangeAuthorVpn("p0", "v" + std::to_string(i), 1), DOM_AUTHOR_OK);
+    }
+    const auto before = WholeConfiguration();
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        const uint32_t attributes[4] = {DOM_DB_AUTHOR_ENTRY_VPN_OFFSET, 32, DBM_KEY_KIND_TEXT, 0};
+        ASSERT_EQ(DBM_CreateSortList(database.Handle(), "authorprofilename_z", 20, attributes, 1,
+                                     DOM_DB_AUTHOR_ENTRY),
+                  0u);
+        std::string entry(DOM_DB_AUTHOR_ENTRY_SIZE, '\0');
+        entry[0] = 1;
+        entry[DOM_DB_AUTHOR_ENTRY_VPN_OFFSET] = 'z';
+        ASSERT_EQ(DBM_InsertSortList(database.Handle(), "authorprofilename_p0", 21,
+                                     DOM_DB_AUTHOR_ENTRY_SIZE, entry.data(), DOM_DB_AUTHOR_ENTRY),
+                  0u);
+    }
+    ASSERT_TRUE(StartWithLog());
+    EXPECT_EQ(WholeConfiguration(), before);
+    EXPECT_EQ(LinesWith("\"authorprofilename_z\": there are more profiles"), 1);
+    EXPECT_EQ(LinesWith("\"authorprofilename_p0\": it has more VPNs"), 1);
+}
+
 // The first bytes of such an entry alone would be one of today's.
 TEST_F(DaemonDamagedProfiles, EntriesOfAnotherSizeAreRefused) {
     ASSERT_EQ(daemon_.Terminate(), 0);
@@ -476,7 +530,9 @@ TEST_F(DaemonDamagedProfiles, EntriesBesideADamagedOneAreServed) {
         std::string endless(DOM_DB_AUTHOR_ENTRY_SIZE, 'x');
         std::string without_identifier(DOM_DB_AUTHOR_ENTRY_SIZE, '\0');
         without_identifier[DOM_DB_AUTHOR_ENTRY_VPN_OFFSET] = 'w';
-        for (const std::string& entry : {endless, without_identifier}) {
+        std::string without_name(DOM_DB_AUTHOR_ENTRY_SIZE, '\0');
+        without_name[0] = 1;
+        for (const std::string& entry : {endless, without_identifier, without_name}) {
             ASSERT_EQ(
                 DBM_InsertSortList(database.Handle(), "authorprofilename_good", 23,
                                    DOM_DB_AUTHOR_ENTRY_SIZE, entry.data(), DOM_DB_AUTHOR_ENTRY),
@@ -487,7 +543,7 @@ TEST_F(DaemonDamagedProfiles, EntriesBesideADamagedOneAreServed) {
     ASSERT_TRUE(StartWithLog());
     EXPECT_EQ(AuthorProfiles(), Strings{"good 0 "});
     EXPECT_EQ(AuthorVpns(), (Strings{"good/v 1 seg", "good/z 2 seg"}));
-    EXPECT_EQ(LinesWith("\"authorprofilename_good\""), 2);
+    EXPECT_EQ(LinesWith("\"authorprofilename_good\""), 3);
     EXPECT_EQ(LinesWith("\"authormicrosegmentname_good\""), 1);
     ASSERT_EQ(ChangeAuthorSegment("good", 8, "t"), DOM_AUTHOR_OK);
     daemon_.Kill();

@@ -148,6 +148,7 @@ TEST_F(DaemonSavedPolicies, DeletionTakesTheFormerRecordAlong) {
 }
 
 TEST_F(DaemonSavedPolicies, DamagedOnesAreNamedAndTheRestIsServed) {
+    const std::string too_long(32, 'n');
     ASSERT_EQ(Change(DOM_Rec_tlv_EncodePolicyType(0)), DOM_OK);
     ASSERT_EQ(daemon_.Terminate(), 0);
     ASSERT_EQ(PutOldPolicy(daemon_, "gold"), 0);
@@ -159,14 +160,16 @@ TEST_F(DaemonSavedPolicies, DamagedOnesAreNamedAndTheRestIsServed) {
         database.SetBinary(kCurrent, "nameless", DOM_DB_ITA_POLICY);
         database.SetBinary("foreign", "x", DOM_DB_ITA_POLICY);
         database.SetBinary("two\nlines", "x", DOM_DB_ITA_POLICY);
+        database.SetBinary(kCurrent + too_long, "x", DOM_DB_ITA_POLICY);
+        database.SetBinary(kCurrent + std::string("a\0b", 3), "x", DOM_DB_ITA_POLICY);
         database.SetBinary("connection-recording-policy", "no policy", DOM_DB_REC_POLICY);
     }
     ASSERT_TRUE(StartWithLog());
     EXPECT_TRUE(ServesSample("gold"));
     EXPECT_EQ(WalkAccountingPolicies().size(), 1u);
     for (const std::string& key :
-         {kOld + "long", kOld + "garbage", kCurrent + "torn", kCurrent, std::string("foreign"),
-          std::string("connection-recording-policy")}) {
+         {kOld + "long", kOld + "garbage", kCurrent + "torn", kCurrent, kCurrent + too_long,
+          kCurrent + "a", std::string("foreign"), std::string("connection-recording-policy")}) {
         EXPECT_EQ(LinesWith("\"" + key + "\""), 1) << key;
     }
     EXPECT_EQ(LinesWith("1 of 4 accounting policies loaded"), 1);
@@ -181,6 +184,23 @@ TEST_F(DaemonSavedPolicies, DamagedOnesAreNamedAndTheRestIsServed) {
     ASSERT_TRUE(daemon_.Start());
     EXPECT_EQ(WholeConfiguration(), before);
     EXPECT_EQ(WalkAccountingPolicies().size(), 3u);
+}
+
+TEST_F(DaemonSavedPolicies, RecordingPolicyOfAnUnknownTypeIsRefused) {
+    const std::string key = "connection-recording-policy";
+    constexpr size_t kLowByteOfType = 17;  // behind two heads: the message's and its first TLV's
+    ASSERT_EQ(Change(DOM_Rec_tlv_EncodePolicyType(0)), DOM_OK);
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        std::string record = database.Binary(key);
+        ASSERT_GT(record.size(), kLowByteOfType);
+        record[kLowByteOfType] = 1;
+        database.SetBinary(key, record, DOM_DB_REC_POLICY);
+    }
+    ASSERT_TRUE(StartWithLog());
+    EXPECT_EQ(LinesWith("\"" + key + "\" is no recording policy"), 1);
+    EXPECT_EQ(Change(DOM_Rec_tlv_EncodePolicyType(0), DOM_OP_DELETE), DOM_ERR_NOT_FOUND);
 }
 
 }  // namespace

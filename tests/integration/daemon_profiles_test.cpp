@@ -245,7 +245,7 @@ TEST_F(DaemonProfiles, TextsThatWouldBeCutDoubledOrEmptyAreRefused) {
     EXPECT_TRUE(CriticalProfiles().empty());
 }
 
-TEST_F(DaemonProfiles, SegmentsWithoutAVpnNameOrWithOneTooLongAreRefused) {
+TEST_F(DaemonProfiles, SegmentsWithUnusableTextsAreRefused) {
     const std::string too_long(32, 's');
     ASSERT_EQ(ChangeAuthor("p"), DOM_AUTHOR_OK);
     ASSERT_EQ(ChangeCritical("p"), DOM_CRITICAL_OK);
@@ -264,14 +264,21 @@ TEST_F(DaemonProfiles, SegmentsWithoutAVpnNameOrWithOneTooLongAreRefused) {
         const auto request = [&](uint32_t code, const std::string& vpn, const std::string& name) {
             TLV_MSG* message = CodeAlone(code);
             EXPECT_EQ(AAA_AppendStrTlvData(message, kind.profile, "p"), 0u);
-            EXPECT_EQ(AAA_AppendStrTlvData(message, kind.vpn, vpn.c_str()), 0u);
+            if (code == kind.vpn_code) {
+                EXPECT_EQ(AAA_AppendStrTlvData(message, kind.vpn, vpn.c_str()), 0u);
+            }
             EXPECT_EQ(AAA_AppendUINTTlvData(message, kind.segment_id, 1), 0u);
             EXPECT_EQ(AAA_AppendStrTlvData(message, kind.segment_name, name.c_str()), 0u);
             return message;
         };
         EXPECT_EQ(Change(request(kind.vpn_code, too_long, "s")), AAAD_ERR_MALFORMED);
         EXPECT_EQ(Change(request(kind.vpn_code, "v", too_long)), AAAD_ERR_MALFORMED);
-        EXPECT_EQ(Change(request(kind.segment_code, "v", too_long)), AAAD_ERR_MALFORMED);
+        EXPECT_EQ(Change(request(kind.segment_code, "", too_long)), AAAD_ERR_MALFORMED);
+        for (const uint32_t code : {kind.vpn_code, kind.segment_code}) {
+            TLV_MSG* doubled = request(code, "v", "s");
+            ASSERT_EQ(AAA_AppendStrTlvData(doubled, kind.segment_name, "t"), 0u);
+            EXPECT_EQ(Change(doubled), AAAD_ERR_MALFORMED);
+        }
     }
     EXPECT_TRUE(AuthorVpns().empty());
     EXPECT_TRUE(CriticalVpns().empty());

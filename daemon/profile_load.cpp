@@ -59,7 +59,8 @@ class Damage {
     void Tell(const std::string& key, const char* reason) const {
         if (!tell_) return;
         Log(Severity::kError,
-            "saved record \"%s\": %s; it was skipped, the rest is served. Delete the profile, after "
+            "saved record \"%s\": %s; it was skipped, the rest is served. Delete the profile, "
+            "after "
             "creating it if it is missing, and set it anew; or restore the database from a backup",
             key.c_str(), reason);
     }

@@ -20,6 +20,7 @@
 #include <aaadom/profile.h>
 #include <aaadom/profile_codec.h>
 #include <aaadom/record_codec.h>
+#include <aaadom/record_run_db.h>
 #include <aaadom/record_switches.h>
 #include <aaadom/recording_policy.h>
 #include <aaadom/restore.h>

@@ -32,5 +32,6 @@
 #include <aaadom/settings_codec.h>
 #include <aaadom/types.h>
 #include <aaadom/user_record.h>
+#include <aaadom/user_record_query.h>
 
 #endif

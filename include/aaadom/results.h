@@ -39,5 +39,7 @@ enum { DOM_WALK_OK = 0, DOM_WALK_NONE = 8, DOM_WALK_NO_MESSAGE = 9 };
 #define MOR_ERR_ENCODE 0x61010041u
 /* what a reply without a result reads as: silence is never success */
 #define DOM_RESULT_MISSING 1u
+/* the answer to a query that no user record meets */
+#define DOM_RESULT_NO_RECORD 25u
 
 #endif

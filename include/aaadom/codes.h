@@ -45,7 +45,12 @@ enum DomMsgCode {
     DOM_MSG_RECORD_ALL = 71,    /* records of a list */
     DOM_MSG_RECORD_BY_TIME = 72,
     DOM_MSG_RECORD_BY_CONDITIONS = 73,
+    DOM_MSG_RECORD_NUMBER = 70,
+    DOM_MSG_RECORD_ALL = 71,
+    DOM_MSG_RECORD_BY_TIME = 72,
+    DOM_MSG_RECORD_BY_CONDITIONS = 73,
     DOM_MSG_RECORD_BY_REASON = 74,
+    DOM_MSG_RECORD_TOP = 75,
     DOM_MSG_REC_EN_ONLINE_FAIL = 77,
     DOM_MSG_REC_EN_OFFLINE_ALL = 78,
     DOM_MSG_REC_EN_OFFLINE_NORMAL = 79,
@@ -193,8 +198,16 @@ enum DomTlvType {
     DOM_TLV_SWITCH_OFFLINE_ALL = 182,      /* USHORT */
     DOM_TLV_SWITCH_OFFLINE_NORMAL = 183,   /* USHORT */
     DOM_TLV_SWITCH_OFFLINE_ABNORMAL = 184, /* USHORT */
+    DOM_TLV_RECORD_FLAGS = 185,            /* USHORT */
     DOM_TLV_RECORD_DETAIL = 207,           /* raw, as long as 208 says */
     DOM_TLV_RECORD_DETAIL_LEN = 208,       /* UINT32, bytes with the terminator */
+    DOM_TLV_CMD_FAIL_ITEM = 219,           /* sub */
+    DOM_TLV_CMD_FAIL_FIRST_TEXT = 220,     /* text 513 */
+    DOM_TLV_CMD_FAIL_SECOND_TEXT = 221,    /* text 256 */
+    DOM_TLV_CMD_FAIL_THIRD_TEXT = 222,     /* text 256 */
+    DOM_TLV_CMD_FAIL_NUMBER64 = 223,       /* UINT64 */
+    DOM_TLV_CMD_FAIL_NUMBER32 = 224,       /* UINT32 */
+    DOM_TLV_CMD_FAIL_END = 225,            /* UINT32 */
     DOM_TLV_RECORD_SERIAL = 264,           /* UINT64 */
     DOM_TLV_REDIRECT_CODE = 353,           /* UINT32 */
     DOM_TLV_AUTH_FAIL_DOMAIN = 358,        /* text 256 */
@@ -229,7 +242,12 @@ enum DomTlvType {
     DOM_TLV_ATTR_K26_OTHER = 473,    /* text 256 */
 
     /* The daemon's own, far from what the device's other programs number. */
-    DOM_TLV_NASID_BINDING = 0xF001 /* sub: a message of code 17 */
+    DOM_TLV_NASID_BINDING = 0xF001, /* sub: a message of code 17 */
+    DOM_TLV_RECORD_POSITION = 0xF010,   /* sub: 180 and 264, where a record query goes on */
+    DOM_TLV_RECORD_LOOKED_AT = 0xF011,  /* UINT32 */
+    DOM_TLV_RECORD_CONDITIONS = 0xF012, /* UINT32, bits: conditions of a record query that count */
+    DOM_TLV_RECORD_TOP_BY = 0xF013,     /* UINT32 */
+    DOM_TLV_RECORD_TOP_ENTRY = 0xF014   /* sub: 163 and one of 165, 170, 174 */
 };
 
 /* Network-order method item: its own number space, stored with the policies. */

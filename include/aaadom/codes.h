@@ -242,7 +242,7 @@ enum DomTlvType {
     DOM_TLV_ATTR_K26_OTHER = 473,    /* text 256 */
 
     /* The daemon's own, far from what the device's other programs number. */
-    DOM_TLV_NASID_BINDING = 0xF001, /* sub: a message of code 17 */
+    DOM_TLV_NASID_BINDING = 0xF001,     /* sub: a message of code 17 */
     DOM_TLV_RECORD_POSITION = 0xF010,   /* sub: 180 and 264, where a record query goes on */
     DOM_TLV_RECORD_LOOKED_AT = 0xF011,  /* UINT32 */
     DOM_TLV_RECORD_CONDITIONS = 0xF012, /* UINT32, bits: conditions of a record query that count */

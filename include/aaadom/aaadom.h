@@ -5,6 +5,7 @@
 #include <aaadom/accounting_policy.h>
 #include <aaadom/accounting_policy_codec.h>
 #include <aaadom/channel.h>
+#include <aaadom/cmd_author_fail.h>
 #include <aaadom/codes.h>
 #include <aaadom/database.h>
 #include <aaadom/db_layout.h>

@@ -151,6 +151,27 @@ enum DomDbRecPolicyTlv {
     DOM_DB_REC_TLV_METHOD = 2 /* sub: DomMethodItemTlv; six, empty ones included */
 };
 
+/* The run database: user records, each list under a key of its own, which is stored with its NUL.
+ * An entry is a record's stored form; docs/formats/run_db.md describes it. */
+#define DOM_RUN_DB_DATABASE "gRECORD"
+#define DOM_RUN_DB_TABLE "isp-domain"
+#define DOM_RUN_DB_VERSION_TEXT "1"
+#define DOM_RUN_DB_KEY_ABNORMAL_OFFLINE "AaaUserRecordAbnormalOffline"
+#define DOM_RUN_DB_KEY_ABNORMAL_OFFLINE_LEN 29u
+#define DOM_RUN_DB_KEY_NORMAL_OFFLINE "AaaUserRecordNormalOffline"
+#define DOM_RUN_DB_KEY_NORMAL_OFFLINE_LEN 27u
+#define DOM_RUN_DB_KEY_ONLINE_FAIL "AaaUserRecordOnlineFail"
+#define DOM_RUN_DB_KEY_ONLINE_FAIL_LEN 24u
+/* Value types of the lists; numbers that DomDbObject does not use. */
+enum DomRunDbList {
+    DOM_RUN_DB_ABNORMAL_OFFLINE = 41,
+    DOM_RUN_DB_NORMAL_OFFLINE = 42,
+    DOM_RUN_DB_ONLINE_FAIL = 43
+};
+/* Sort key of an entry: the serial number, the value of the first item. */
+#define DOM_RUN_DB_SERIAL_OFFSET 4u
+#define DOM_RUN_DB_SERIAL_SIZE 8u
+
 #define DOM_DB_VALUE_MAX 65535u
 
 #endif

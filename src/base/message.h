@@ -50,6 +50,10 @@ class TlvItem {
     }
     /// Whether nothing follows in the message.
     bool IsLast() const noexcept { return TLV_GetNext(msg_, it_) == nullptr; }
+    /// Fails, and keeps `mac`, when the TLV is shorter than 6 bytes.
+    [[nodiscard]] uint32_t Mac(uint8_t (&mac)[6]) const noexcept {
+        return AAA_GetMACTlvValue(msg_, it_, mac);
+    }
     /// The nested message, or null when the value is none.
     TlvPtr Sub() const noexcept { return TlvPtr(AAA_GetSubTlv(msg_, it_)); }
 
@@ -115,6 +119,9 @@ class Appender {
         char terminated[N + 1];
         CopyBounded(terminated, sizeof terminated, field, N);
         return Text(type, terminated);
+    }
+    Appender& Mac(uint16_t type, const uint8_t (&mac)[6]) noexcept {
+        return Fold(AAA_AppendMACTlvData(msg_, type, mac));
     }
     Appender& Raw(uint16_t type, const void* data, uint32_t length) noexcept {
         return Fold(TLV_Append_Data(msg_, type, length, data));

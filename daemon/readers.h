@@ -9,11 +9,14 @@
 
 namespace aaad {
 
+class RecordStore;
+
 /// What a read asks for.
 struct Question {
     TLV_MSG* body;
     uint32_t operation;
-    DBM_HANDLE handle;  // for what is walked in the database alone
+    DBM_HANDLE handle;           // for what is walked in the database alone
+    const RecordStore& records;  // read without a lock
 };
 
 Message ReadDefaultDomain(const Question& question, uint32_t& refusal);

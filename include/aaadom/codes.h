@@ -281,6 +281,8 @@ enum DomMethodItemTlv {
 #define DOM_LIPC_ADDR_LEN 16u
 #define DOM_LIPC_ENDPOINT 0x660Cu
 #define DOM_LIPC_SUB_ENDPOINT 0x0080u
+/* Where access modules report user records and refused command lines. */
+#define DOM_LIPC_RECORD_SUB_ENDPOINT 0x0081u
 #define DOM_LIPC_WAIT 0xFFFFEA60u /* low 16 bits: 60000 ms */
 
 #endif

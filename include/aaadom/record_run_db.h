@@ -3,7 +3,7 @@
  * docs/formats/run_db.md describes it byte by byte.
  *
  * Which records are dropped when a list is long is the caller's decision: it removes them by serial
- * number. A record in excess of none of the limits here is ever dropped by the library.
+ * number; no call here drops one by itself.
  *
  * @thread every call takes no lock of the library; callers serialise their use of the record lists,
  * the database serialises its own operations. Inside DBM_Begin and DBM_Commit on the installed

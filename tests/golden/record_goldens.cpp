@@ -6,10 +6,8 @@
 #include <aaadom/user_record.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "base/message.h"
-#include "base/text.h"
+#include "tests/golden/sample_record.h"
 
 namespace golden {
 namespace {
@@ -31,33 +29,6 @@ GoldenMessage CodeAlone(const char* file, DomMsgCode code, TLV_MSG* (*encode)(ui
                 }
                 EXPECT_EQ(count, 1);
             }};
-}
-
-UserRecord SampleRecord(bool with_detail) {
-    static char detail[] = "rejected";
-    UserRecord record{};
-    record.first_number = 1700000001;
-    record.second_number = 15;
-    const uint8_t ipv4[4] = {192, 0, 2, 7};
-    memcpy(record.ipv4, ipv4, sizeof ipv4);
-    const uint8_t ipv6[16] = {0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 7};
-    memcpy(record.ipv6, ipv6, sizeof ipv6);
-    record.third_number = 3;
-    record.fourth_number = 4;
-    record.number16[0] = 100;
-    record.number16[1] = 200;
-    record.number16[2] = 1812;
-    const uint8_t mac[6] = {0x02, 0x00, 0x5E, 0x00, 0x53, 0x01};
-    memcpy(record.mac, mac, sizeof mac);
-    aaadom::CopyText(record.first_name, "isp-a.example");
-    aaadom::CopyText(record.second_name, "user@isp-a.example");
-    aaadom::CopyText(record.interface_name, "eth1/0/7");
-    record.serial = 0x0102030405060708u;
-    if (with_detail) {
-        record.detail = detail;
-        record.detail_len = sizeof detail;
-    }
-    return record;
 }
 
 /// The record of a list in its message: the list, and the fields by which it is found and shown.

@@ -53,23 +53,23 @@ TEST_F(RecordFields, ValuesAndTheirWidths) {
     const UserRecord record = Sample();
     const TlvPtr msg(TLV_Create());
     ASSERT_EQ(DOM_userrecord_tlv_EncodeUserRecordStruct(msg.get(), &record), 0u);
-    EXPECT_EQ(BytesOf(msg.get(), 166), std::string("\x01\x00\x00\x00", 4));
-    EXPECT_EQ(BytesOf(msg.get(), 174), std::string("\x02\x00\x00\x00", 4));
+    EXPECT_EQ(BytesOf(msg.get(), 166), std::string("\x01\xF1\x53\x65", 4));
+    EXPECT_EQ(BytesOf(msg.get(), 174), std::string("\x0F\x00\x00\x00", 4));
     EXPECT_EQ(BytesOf(msg.get(), 167), std::string("\xC0\x00\x02\x07", 4));
     EXPECT_EQ(BytesOf(msg.get(), 168).size(), 16u);
     EXPECT_EQ(BytesOf(msg.get(), 168).substr(0, 4), "\x20\x01\x0D\xB8");
     EXPECT_EQ(BytesOf(msg.get(), 175), std::string("\x03\x00\x00\x00", 4));
     EXPECT_EQ(BytesOf(msg.get(), 176), std::string("\x04\x00\x00\x00", 4));
-    EXPECT_EQ(BytesOf(msg.get(), 171), std::string("\x0B\x00", 2));
-    EXPECT_EQ(BytesOf(msg.get(), 172), std::string("\x0C\x00", 2));
-    EXPECT_EQ(BytesOf(msg.get(), 173), std::string("\x0D\x00", 2));
+    EXPECT_EQ(BytesOf(msg.get(), 171), std::string("\x64\x00", 2));
+    EXPECT_EQ(BytesOf(msg.get(), 172), std::string("\xC8\x00", 2));
+    EXPECT_EQ(BytesOf(msg.get(), 173), std::string("\x14\x07", 2));
     EXPECT_EQ(BytesOf(msg.get(), 169), std::string("\x02\x00\x5E\x00\x53\x01", 6));
-    EXPECT_EQ(BytesOf(msg.get(), 165), std::string("first", 6));
-    EXPECT_EQ(BytesOf(msg.get(), 164), std::string("second", 7));
-    EXPECT_EQ(BytesOf(msg.get(), 170), std::string("eth0", 5));
-    EXPECT_EQ(BytesOf(msg.get(), 264), std::string("\x88\x77\x66\x55\x44\x33\x22\x11", 8));
-    EXPECT_EQ(BytesOf(msg.get(), 208), std::string("\x05\x00\x00\x00", 4));
-    EXPECT_EQ(BytesOf(msg.get(), 207), std::string("why?\0", 5));
+    EXPECT_EQ(BytesOf(msg.get(), 165), std::string("isp-a.example", 14));
+    EXPECT_EQ(BytesOf(msg.get(), 164), std::string("user@isp-a.example", 19));
+    EXPECT_EQ(BytesOf(msg.get(), 170), std::string("eth1/0/7", 9));
+    EXPECT_EQ(BytesOf(msg.get(), 264), std::string("\x08\x07\x06\x05\x04\x03\x02\x01", 8));
+    EXPECT_EQ(BytesOf(msg.get(), 208), std::string("\x09\x00\x00\x00", 4));
+    EXPECT_EQ(BytesOf(msg.get(), 207), std::string("rejected", 9));
 }
 
 TEST_F(RecordFields, NamesWithoutTerminatorStayInsideTheirField) {

@@ -9,8 +9,8 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* the message code, and how many failures the list of the process keeps */
-enum { CMD_AUTHOR_FAIL_CODE = 92, CMD_AUTHOR_FAIL_CAPACITY = 10 };
+/* How many failures the list of the process keeps. */
+enum { CMD_AUTHOR_FAIL_CAPACITY = 10 };
 
 /** One failure. The library carries the fields and does not look into them: the daemon puts the
  *  command line into the first text. The TLV type of a field stands beside it. */

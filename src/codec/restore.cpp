@@ -46,6 +46,10 @@ constexpr CodeCase kCodeCases[] = {
     {DOM_MSG_REC_POLICY, RestoreRecPolicy},
     {DOM_MSG_REC_POLICY_TYPE, RestoreRecPolicyType},
     {DOM_MSG_REC_ACCT_SCHEME, RestoreRecAcctScheme},
+    {DOM_MSG_RESET_ONLINE_FAIL, RestoreRecordReset},
+    {DOM_MSG_RESET_OFFLINE_ALL, RestoreRecordReset},
+    {DOM_MSG_RESET_OFFLINE_NORMAL, RestoreRecordReset},
+    {DOM_MSG_RESET_OFFLINE_ABNORMAL, RestoreRecordReset},
     {DOM_MSG_REC_EN_ONLINE_FAIL, RestoreRecordSwitch},
     {DOM_MSG_REC_EN_OFFLINE_ALL, RestoreRecordSwitch},
     {DOM_MSG_REC_EN_OFFLINE_NORMAL, RestoreRecordSwitch},
@@ -63,6 +67,7 @@ constexpr CodeCase kCodeCases[] = {
     {DOM_MSG_AUTHOR_VPN, RestoreAuthorVpn},
     {DOM_MSG_AUTHOR_SEGMENT, RestoreAuthorSegment},
     {DOM_MSG_BACKUP_METHOD, RestoreBackupMethods},
+    {DOM_MSG_USER_RECORD, RestoreUserRecords},
 };
 
 constexpr auto kCaseOfCode = [] {

@@ -91,6 +91,10 @@ uint32_t RestoreRecordSwitch(Restore& restore);
 uint32_t RestoreAllRecordSwitches(Restore& restore);
 uint32_t RestoreBackupMethods(Restore& restore);
 
+// The records themselves, in the run database, which both roles share.
+uint32_t RestoreRecordReset(Restore& restore);
+uint32_t RestoreUserRecords(Restore& restore);
+
 // Settings of the device.
 uint32_t RestoreDefaultDomain(Restore& restore);
 uint32_t RestoreUnknownDomain(Restore& restore);

@@ -31,6 +31,15 @@ constexpr BackupField kBackupFields[] = {
     {4, &BackupMethods::normal_offline},
 };
 
+/// The last of several counts; 0 without any.
+uint32_t LastWord(TLV_MSG* msg, uint16_t type) noexcept {
+    uint32_t value = 0;
+    for (TlvItem item : TlvWalk(msg)) {
+        if (item.Type() == type) value = item.U32();
+    }
+    return value;
+}
+
 }  // namespace
 
 TLV_MSG* EncodeRecordSwitches(const RecordSwitches& switches) noexcept {
@@ -57,12 +66,18 @@ TLV_MSG* EncodeBackupBits(uint32_t bits) noexcept {
     });
 }
 
+TLV_MSG* EncodeBackupBitsAndDefault(uint32_t bits, uint32_t default_bits) noexcept {
+    return MessageBuilder(DOM_MSG_BACKUP_METHOD).Build([=](Appender& append) {
+        append.U32(DOM_TLV_BACKUP_BITS, bits).U32(DOM_TLV_BACKUP_DEFAULT, default_bits);
+    });
+}
+
 uint32_t DecodeBackupBits(TLV_MSG* msg) noexcept {
-    uint32_t bits = 0;
-    for (TlvItem item : TlvWalk(msg)) {
-        if (item.Type() == DOM_TLV_BACKUP_BITS) bits = item.U32();
-    }
-    return bits;
+    return LastWord(msg, DOM_TLV_BACKUP_BITS);
+}
+
+uint32_t DecodeBackupDefault(TLV_MSG* msg) noexcept {
+    return LastWord(msg, DOM_TLV_BACKUP_DEFAULT);
 }
 
 void RaiseBackupFlags(uint32_t bits, BackupMethods& methods) noexcept {

@@ -6,11 +6,14 @@
 #include <iterator>
 
 #include "accounting_policy_changes.h"
+#include "command_failures.h"
 #include "nas_id_changes.h"
 #include "nas_id_readers.h"
 #include "policy_readers.h"
 #include "profile_changes.h"
 #include "profile_readers.h"
+#include "record_changes.h"
+#include "record_query_readers.h"
 #include "record_readers.h"
 #include "request_checks.h"
 #include "scheme_row_reader.h"
@@ -28,6 +31,7 @@ constexpr CodeRow Saved(uint32_t code, ChangeOperations changes,
             check,
             nullptr,
             nullptr,
+            nullptr,
             ReadOperations::kNone,
             Role::kConfiguration,
             nullptr};
@@ -39,6 +43,7 @@ constexpr CodeRow ReadAlone(uint32_t code) {
             kNoChange,
             false,
             false,
+            nullptr,
             nullptr,
             nullptr,
             nullptr,
@@ -63,6 +68,15 @@ constexpr CodeRow InWorkingRole(uint32_t code, uint32_t (*check)(TLV_MSG*, uint3
     row.save = true;
     row.check = check;
     row.apply_in_working = apply;
+    return row;
+}
+
+constexpr CodeRow OfRecords(uint32_t code, ChangeOperations changes,
+                            void (*apply)(RecordStore&, Request&)) {
+    CodeRow row = ReadAlone(code);
+    row.procedure = Procedure::kRecordStore;
+    row.changes = changes;
+    row.apply_to_records = apply;
     return row;
 }
 
@@ -139,12 +153,30 @@ constexpr CodeRow kRows[] = {
              ReadRecordingPolicy),
     Saved(DOM_MSG_REC_POLICY_TYPE, kSetAndDelete),
     Saved(DOM_MSG_REC_ACCT_SCHEME, kSetAndDelete),
+    OfRecords(DOM_MSG_RESET_ONLINE_FAIL, kClearRecords, ClearRecords),
+    OfRecords(DOM_MSG_RESET_OFFLINE_ALL, kClearRecords, ClearRecords),
+    OfRecords(DOM_MSG_RESET_OFFLINE_NORMAL, kClearRecords, ClearRecords),
+    OfRecords(DOM_MSG_RESET_OFFLINE_ABNORMAL, kClearRecords, ClearRecords),
+    WithRead(ReadAlone(DOM_MSG_RECORD_NUMBER), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordNumber),
+    WithRead(ReadAlone(DOM_MSG_RECORD_ALL), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordPage),
+    WithRead(ReadAlone(DOM_MSG_RECORD_BY_TIME), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordPage),
+    WithRead(ReadAlone(DOM_MSG_RECORD_BY_CONDITIONS), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordPage),
+    WithRead(ReadAlone(DOM_MSG_RECORD_BY_REASON), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordsByReason),
+    WithRead(ReadAlone(DOM_MSG_RECORD_TOP), ReadOperations::kGet, Role::kConfiguration,
+             ReadRecordTop),
     Saved(DOM_MSG_REC_EN_ONLINE_FAIL, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_OFFLINE_ALL, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_OFFLINE_NORMAL, kSetAndDelete),
     Saved(DOM_MSG_REC_EN_OFFLINE_ABNORMAL, kSetAndDelete),
     WithRead(ReadAlone(DOM_MSG_REC_ENABLE_INFO), ReadOperations::kGet, Role::kConfiguration,
              ReadRecordSwitches),
+    WithRead(ReadAlone(DOM_MSG_CMD_AUTHOR_FAIL), ReadOperations::kGet, Role::kConfiguration,
+             ReadCommandFailures),
     Saved(DOM_MSG_REDIRECT, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_AUTH_FAIL_DOMAIN, kSetAndDelete, CheckExistingDomain),
     Saved(DOM_MSG_PERMIT_DOMAIN, kSetAndDelete, CheckExistingDomain),
@@ -173,6 +205,7 @@ constexpr CodeRow kRows[] = {
              Role::kConfiguration, ReadBackupMethods),
     WithRead(ReadAlone(DOM_MSG_DOMAIN_NAME_INFO), ReadOperations::kAnyButChange, Role::kWorking,
              ReadNextDomain),
+    OfRecords(DOM_MSG_USER_RECORD, kSetAndDelete, ApplyRecords),
 };
 
 constexpr bool Ascending() {
@@ -187,7 +220,8 @@ static_assert(Ascending(), "FindCode searches by halves");
 
 bool CodeRow::TakesChange(uint32_t operation) const {
     return (operation == DOM_OP_SET && (changes & kSet) != 0) ||
-           (operation == DOM_OP_DELETE && (changes & kDelete) != 0);
+           (operation == DOM_OP_DELETE && (changes & kDelete) != 0) ||
+           (operation == DOM_OP_CLEAR_RECORDS && (changes & kClearRecords) != 0);
 }
 
 bool CodeRow::TakesRead(uint32_t operation) const {

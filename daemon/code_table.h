@@ -15,12 +15,19 @@ enum class Procedure : uint8_t {
     kNone,                // the code takes no change
     kBothRoles,           // the configuration role, then, unless refused there, the working role
     kConfigurationAlone,  // what it changes exists once a process: a second time would be wrong
-    kWorkingAlone         // what it changes exists in the working role only
+    kWorkingAlone,        // what it changes exists in the working role only
+    kRecordStore          // user records, in a database and a transaction of their own
 };
 
 /// Operations that the applier understands. It takes every other one for a deletion, so no other
 /// one ever reaches it.
-enum ChangeOperations : uint8_t { kNoChange = 0, kSet = 1, kDelete = 2, kSetAndDelete = 3 };
+enum ChangeOperations : uint8_t {
+    kNoChange = 0,
+    kSet = 1,
+    kDelete = 2,
+    kSetAndDelete = 3,
+    kClearRecords = 4
+};
 
 enum class ReadOperations : uint8_t {
     kNone,
@@ -37,6 +44,8 @@ struct CodeRow {
     bool check_reads_working_role;
     /// 0, or the result with which the change is refused before it is applied; may be null.
     uint32_t (*check)(TLV_MSG* body, uint32_t operation);
+    /// Procedure kRecordStore: applies the change on the configuration thread.
+    void (*apply_to_records)(RecordStore& records, Request& request);
     /// Procedure kWorkingAlone: applies and saves the change on the working thread.
     void (*apply_in_working)(Request& request);
     /// Between the check and the change, on the configuration thread; may be null.

@@ -14,11 +14,13 @@
 namespace aaad {
 
 Configuration::Configuration(DBM_HANDLE handle, std::string state_dir,
-                             Administrators& administrators, WorkingThread& working)
+                             Administrators& administrators, WorkingThread& working,
+                             RecordStore& records)
     : handle_(handle),
       state_dir_(std::move(state_dir)),
       administrators_(administrators),
-      working_(working) {}
+      working_(working),
+      records_(records) {}
 
 Configuration::~Configuration() {
     Unload();
@@ -32,7 +34,14 @@ void Configuration::Serve(std::vector<Request>& requests) {
         if (request.kind == Request::Kind::kChange) changes.push_back(&request);
         if (request.kind == Request::Kind::kRead) reads.push_back(&request);
     }
-    if (!changes.empty()) Change(changes);
+    if (!changes.empty()) {
+        Change(changes);
+        records_.TakeSwitches();
+    }
+    for (Request& request : requests) {
+        if (request.kind != Request::Kind::kRecordChange) continue;
+        request.row->apply_to_records(records_, request);
+    }
     if (!reads.empty()) Read(reads);
 }
 
@@ -54,7 +63,9 @@ void Configuration::Classify(Request& request) {
         request.kind = Request::Kind::kRead;
     } else if (request.row->TakesChange(request.operation)) {
         if (administrators_.MayChange(request.peer)) {
-            request.kind = Request::Kind::kChange;
+            request.kind = request.row->procedure == Procedure::kRecordStore
+                               ? Request::Kind::kRecordChange
+                               : Request::Kind::kChange;
             return;
         }
         request.result = AAAD_ERR_DENIED;
@@ -183,8 +194,8 @@ void Configuration::Read(const std::vector<Request*>& reads) {
                 any_for_working = true;
                 continue;
             }
-            request->data = request->row->read({request->body.get(), request->operation, handle_},
-                                               request->result);
+            request->data = request->row->read(
+                {request->body.get(), request->operation, handle_, records_}, request->result);
         }
     };
     answer(Role::kConfiguration);

@@ -11,6 +11,7 @@
 
 #include "administrators.h"
 #include "log.h"
+#include "record_store.h"
 #include "request.h"
 #include "role_tables.h"
 #include "roles.h"
@@ -21,9 +22,10 @@ namespace aaad {
 /// Lives on the configuration thread, which is its only user.
 class Configuration {
   public:
-    /// `handle` is the one that the library writes to. `administrators` and `working` are borrowed.
+    /// `handle` is the one that the library writes to. `administrators`, `working` and `records`
+    /// are borrowed.
     Configuration(DBM_HANDLE handle, std::string state_dir, Administrators& administrators,
-                  WorkingThread& working);
+                  WorkingThread& working, RecordStore& records);
     /// Tears the tables of both roles down.
     ~Configuration();
     Configuration(const Configuration&) = delete;
@@ -33,8 +35,8 @@ class Configuration {
     void Start();
 
     /// Decides every request: its result or its data. Changes come first, in order, in one
-    /// transaction; then the reads, which see them all. Throws Failure when memory no longer holds
-    /// what the database holds.
+    /// transaction; then those of user records, one by one; then the reads, which see them all.
+    /// Throws Failure when memory no longer holds what the database holds.
     void Serve(std::vector<Request>& requests);
 
     /// A record that another thread of this process sent to this role's tables.
@@ -67,6 +69,7 @@ class Configuration {
     const std::string state_dir_;
     Administrators& administrators_;
     WorkingThread& working_;
+    RecordStore& records_;
     bool loaded_ = false;
     LoadReport report_;
     std::vector<Request*> to_hand_over_;

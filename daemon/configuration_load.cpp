@@ -47,6 +47,7 @@ void Configuration::Start() {
                           "the default domain cannot be saved", "Make room on its disk");
         }
     }
+    records_.TakeSwitches();
     Log(Severity::kNotice, "%u domains loaded from %s", report_.domains, state_dir_.c_str());
 }
 

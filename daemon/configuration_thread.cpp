@@ -16,6 +16,7 @@
 #include "endpoint.h"
 #include "failure.h"
 #include "log.h"
+#include "record_thread.h"
 
 namespace aaad {
 namespace {
@@ -84,15 +85,18 @@ class Loop {
           epoll_(epoll_create1(EPOLL_CLOEXEC), "event queue"),
           stop_signals_(OpenStopSignals(), "signal descriptor"),
           configuration_(surroundings.handle, surroundings.options.state_dir,
-                         surroundings.administrators, surroundings.working) {
+                         surroundings.administrators, surroundings.working, surroundings.records),
+          options_(surroundings.options),
+          records_(surroundings.records) {
         configuration_.Start();
         Watch(stop_signals_);
         Watch(mail_.Descriptor());
         batch_.reserve(kBatchSize);
     }
 
-    void Run(const std::string& run_dir) {
-        Endpoint endpoint(epoll_, run_dir);
+    void Run() {
+        Endpoint endpoint(epoll_, DOM_LIPC_SUB_ENDPOINT, "request socket", options_.run_dir);
+        const RecordThread record_thread(options_, records_);
         (void)sd_notify(0, "READY=1");
         Log(Severity::kNotice, "ready");
         while (!stopping_) Turn(endpoint, Earlier(endpoint.DropLate(), watchdog_.Beat()));
@@ -146,6 +150,8 @@ class Loop {
     const Descriptor epoll_;
     const Descriptor stop_signals_;
     Configuration configuration_;
+    const Options& options_;
+    RecordStore& records_;
     Watchdog watchdog_;
     std::vector<Request> batch_;
     bool stopping_ = false;
@@ -157,7 +163,7 @@ int RunConfigurationThread(const Surroundings& surroundings) {
     TakeRole(Role::kConfiguration);
     try {
         Loop loop(surroundings);
-        loop.Run(surroundings.options.run_dir);
+        loop.Run();
         return 0;
     } catch (const std::exception& error) {
         Log(Severity::kError, "%s", error.what());

@@ -5,6 +5,7 @@
 
 #include "administrators.h"
 #include "options.h"
+#include "record_store.h"
 #include "roles.h"
 #include "working_thread.h"
 
@@ -15,6 +16,7 @@ struct Surroundings {
     DBM_HANDLE handle;
     Administrators& administrators;
     WorkingThread& working;
+    RecordStore& records;
     ConfigurationMail& mail;
 };
 

@@ -48,6 +48,14 @@ Message ResultBody(const Request& request) {
         AAA_AppendStrTlvData(body.get(), request.name_type, request.name) != 0) {
         return nullptr;
     }
+    if (body && request.serial != 0 &&
+        AAA_AppendUINT64TlvData(body.get(), DOM_TLV_RECORD_SERIAL, request.serial) != 0) {
+        return nullptr;
+    }
+    if (body && request.removed.has_value() &&
+        AAA_AppendUINTTlvData(body.get(), DOM_TLV_RECORD_COUNT, *request.removed) != 0) {
+        return nullptr;
+    }
     if (!body || AAA_AppendUINTTlvData(body.get(), DOM_TLV_RESULT, request.result) != 0) {
         return nullptr;
     }
@@ -56,15 +64,17 @@ Message ResultBody(const Request& request) {
 
 }  // namespace
 
-Endpoint::Endpoint(int epoll_fd, const std::string& run_dir) : epoll_fd_(epoll_fd) {
-    server_fd_ = LIPC_ServerOpen(DOM_LIPC_ENDPOINT, DOM_LIPC_SUB_ENDPOINT, kSocketMode);
+Endpoint::Endpoint(int epoll_fd, uint16_t sub_endpoint, const char* name,
+                   const std::string& run_dir)
+    : epoll_fd_(epoll_fd), name_(name) {
+    server_fd_ = LIPC_ServerOpen(DOM_LIPC_ENDPOINT, sub_endpoint, kSocketMode);
     if (server_fd_ < 0) {
         const int error = errno;
         const char* way_out = error == EADDRINUSE ? "Stop the process that serves it"
                               : error == EEXIST
                                   ? "Move the file away that has the socket's name"
                                   : "Make the directory writable for the daemon's user";
-        throw Failure("request socket below " + run_dir, strerror(error), way_out);
+        throw Failure(name_ + (" below " + run_dir), strerror(error), way_out);
     }
     epoll_event event{};
     event.events = EPOLLIN;
@@ -72,7 +82,7 @@ Endpoint::Endpoint(int epoll_fd, const std::string& run_dir) : epoll_fd_(epoll_f
     if (epoll_ctl(epoll_fd_, EPOLL_CTL_ADD, server_fd_, &event) != 0) {
         const int error = errno;
         LIPC_ServerClose(server_fd_);
-        throw Failure("request socket below " + run_dir, strerror(error), "Free memory");
+        throw Failure(name_ + (" below " + run_dir), strerror(error), "Free memory");
     }
 }
 
@@ -151,9 +161,9 @@ bool Endpoint::MakeRoom(int error) {
     uint32_t suppressed = 0;
     if (room_limit_.Allows(suppressed)) {
         Log(Severity::kWarning,
-            "request socket: %s with %zu silent connections; the oldest one is dropped. Raise the "
-            "limit of open files, or find out who connects without asking",
-            strerror(error), waiting_.size());
+            "%s: %s with %zu silent connections; the oldest one is dropped. Raise the limit of "
+            "open files, or find out who connects without asking",
+            name_, strerror(error), waiting_.size());
     }
     if (waiting_.empty()) {
         // Nothing of ours to give up: let the others run instead of turning in circles.

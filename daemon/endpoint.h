@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <list>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -22,9 +23,9 @@ constexpr size_t kBatchSize = 64;
 /// that the client's socket does not take is dropped with the connection.
 class Endpoint {
   public:
-    /// Opens the socket in the directory that LIPC_SetRuntimeDir named. `epoll_fd` is borrowed.
-    /// Throws Failure.
-    Endpoint(int epoll_fd, const std::string& run_dir);
+    /// Opens the socket in the directory that LIPC_SetRuntimeDir named. `name` is what messages to
+    /// people call it. `epoll_fd` and `name` are borrowed. Throws Failure.
+    Endpoint(int epoll_fd, uint16_t sub_endpoint, const char* name, const std::string& run_dir);
     ~Endpoint();
     Endpoint(const Endpoint&) = delete;
     Endpoint& operator=(const Endpoint&) = delete;
@@ -54,6 +55,7 @@ class Endpoint {
     bool MakeRoom(int error);
 
     const int epoll_fd_;
+    const char* const name_;
     int server_fd_ = -1;
     WaitingList waiting_;
     std::unordered_map<int, WaitingList::iterator> by_fd_;

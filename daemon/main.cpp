@@ -17,11 +17,13 @@
 #include <thread>
 
 #include "administrators.h"
+#include "command_failures.h"
 #include "configuration_thread.h"
 #include "failure.h"
 #include "lock_file.h"
 #include "log.h"
 #include "options.h"
+#include "record_store.h"
 #include "roles.h"
 #include "working_thread.h"
 
@@ -116,11 +118,13 @@ int Run(const Options& options) {
     }
     Callbacks callbacks;
     const Database database(options);
+    RecordStore records(options.run_dir, options.max_records);
+    const CommandFailures command_failures;
     WorkingThread working;
     int exit_code = 1;
     std::thread configuration([&] {
         exit_code = RunConfigurationThread(
-            {options, database.Handle(), administrators, working, callbacks.Mail()});
+            {options, database.Handle(), administrators, working, records, callbacks.Mail()});
     });
     configuration.join();
     return exit_code;

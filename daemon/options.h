@@ -1,6 +1,7 @@
 // The daemon's command line.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace aaad {
@@ -9,6 +10,7 @@ struct Options {
     std::string state_dir = "/var/lib/aaad";
     std::string run_dir = "/run/aaad";
     std::string admin_group;
+    uint32_t max_records = 32768;  // of each list
     bool verbose = false;
 };
 

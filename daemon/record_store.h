@@ -52,7 +52,7 @@ class RecordStore {
     RecordStore& operator=(const RecordStore&) = delete;
 
     DBM_HANDLE Handle() const { return handle_; }
-    /// Records in a list at this moment; 0 for a number that is no list.
+    /// Records in a list as of the last transaction; 0 for a number that is no list.
     uint64_t Count(uint32_t list) const;
 
     /// Takes the switches and backup methods over from the calling thread's role: they count for
@@ -83,13 +83,11 @@ class RecordStore {
     List* Find(uint32_t list);
     void Open();
     void FindSerials();
-    uint32_t Keep(ArrivedRecord& arrived);
+    bool Keep(ArrivedRecord& arrived);
     bool MakeRoom();
-    bool DropOldest(uint32_t list);
     bool IsKept(uint32_t list) const;
     bool IsBackedUp(uint32_t list) const;
-    uint32_t TryStore(ArrivedRecord* first, size_t number);
-    void TellStandby(const ArrivedRecord& arrived) const;
+    bool TryStore(ArrivedRecord* first, size_t number);
     void TellDropped();
     void LogUnsaved(size_t records);
 

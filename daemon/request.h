@@ -5,6 +5,7 @@
 #include <platform/lipc.h>
 
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "message.h"
@@ -35,7 +36,7 @@ class Connection {
 
 struct Request {
     /// What is left to do. A request is born kAnswered with the result of an unreadable one.
-    enum class Kind { kAnswered, kChange, kRead };
+    enum class Kind { kAnswered, kChange, kRecordChange, kRead };
 
     Connection connection;
     LIPC_PEER peer{};
@@ -49,9 +50,11 @@ struct Request {
     uint32_t result = 0;  // the answer, unless there is data
     char name[32] = {};   // goes in front of the result when it has a type
     uint16_t name_type = 0;
-    Message data;                 // the answer of a read
-    bool handed_over = false;     // the working role got the change, too
-    uint32_t working_result = 0;  // and what it said
+    uint64_t serial = 0;              // of a stored record, likewise unless 0
+    std::optional<uint32_t> removed;  // number of cleared records, likewise
+    Message data;                     // the answer of a read
+    bool handed_over = false;         // the working role got the change, too
+    uint32_t working_result = 0;      // and what it said
 };
 
 }  // namespace aaad

@@ -3,6 +3,7 @@
 #include <aaadom/results.h>
 
 #include "userrecord/query_fields.h"
+#include "userrecord/record_fields.h"
 
 namespace aaadom {
 namespace {
@@ -31,9 +32,7 @@ uint32_t AppendBriefRecord(TLV_MSG* reply, const UserRecord& record) noexcept {
     const TlvPtr brief(Build([&](Appender& append) {
         FieldWriter fields(append);
         ListBriefRecord(fields, record);
-        if (record.detail == nullptr || record.detail_len == 0) return;
-        append.U32(DOM_TLV_RECORD_DETAIL_LEN, record.detail_len)
-            .Raw(DOM_TLV_RECORD_DETAIL, record.detail, record.detail_len);
+        AppendDetail(append, record.detail, record.detail_len);
     }));
     return brief ? AAA_AppendSubTlv(reply, DOM_TLV_USER_RECORD_BRIEF, brief.get()) : DOM_ERR_FAILED;
 }
@@ -50,10 +49,9 @@ uint32_t DecodeBriefRecord(TLV_MSG* msg, UserRecordBrief& brief) noexcept {
         result |= fields.Result();
     }
     if (result != DOM_OK) return result;
-    // Behind the walk, so that the text may stand before its length. Without a text the length
-    // becomes 0, which is no failure.
-    brief.detail_len = detail_len;
-    brief.detail = DOM_userrecord_tlv_GetReplyMessage(msg, &brief.detail_len);
+    // A record without its detail text is better than none: no failure.
+    brief.detail = CopyDetailOf(msg, detail_len);
+    brief.detail_len = brief.detail == nullptr ? 0 : detail_len;
     return DOM_OK;
 }
 

@@ -44,6 +44,24 @@ class RecordTest : public testing::Test {
         EXPECT_EQ(fake::LiveMessages(), 0);
         EXPECT_TRUE(fake::Misuses().empty());
     }
+
+    /// The encoder gives null, and leaves no message, whenever a new message or an append fails.
+    template <typename Encode>
+    static void ExpectEveryFailureGivesNull(Encode&& encode) {
+        const int64_t before = fake::LiveMessages();
+        for (const fake::Event event : {fake::Event::kMessage, fake::Event::kAppend}) {
+            for (int n = 1;; ++n) {
+                ASSERT_LT(n, 50);
+                fake::Fail(event, n);
+                const TlvPtr msg(encode());
+                const bool tripped = fake::Tripped();
+                fake::DisarmFailures();
+                EXPECT_EQ(msg == nullptr, tripped);
+                if (!tripped) break;
+                EXPECT_EQ(fake::LiveMessages(), before);
+            }
+        }
+    }
 };
 
 }  // namespace record_test

@@ -1,6 +1,7 @@
 // Messages of record switches, backup methods and resets.
 #include <aaadom/codes.h>
 #include <aaadom/user_record.h>
+#include <aaadom/user_record_query.h>
 
 #include "unit/userrecord/record_fixture.h"
 
@@ -29,21 +30,6 @@ class RecordSwitchMessage : public RecordTest {
     }
     static bool Equal(const BackupMethods& a, const BackupMethods& b) {
         return memcmp(&a, &b, sizeof a) == 0;
-    }
-    template <typename Encode>
-    static void ExpectEveryFailureGivesNull(Encode&& encode) {
-        for (const fake::Event event : {fake::Event::kMessage, fake::Event::kAppend}) {
-            for (int n = 1;; ++n) {
-                ASSERT_LT(n, 50);
-                fake::Fail(event, n);
-                const TlvPtr msg(encode());
-                const bool tripped = fake::Tripped();
-                fake::DisarmFailures();
-                EXPECT_EQ(msg == nullptr, tripped);
-                if (!tripped) break;
-                EXPECT_EQ(fake::LiveMessages(), 0);
-            }
-        }
     }
 };
 
@@ -168,6 +154,54 @@ TEST_F(RecordSwitchMessage, SetBitsRaiseTheirFlagsAndClearBitsKeepTheirs) {
         EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodByStruct(msg.get(), &methods), 0u);
         EXPECT_TRUE(Equal(methods, item.after)) << item.bits;
     }
+}
+
+TEST_F(RecordSwitchMessage, BackupBitsGoWithTheirDefault) {
+    const TlvPtr msg(DOM_userrecord_tlv_EncodeBackupMethodWithDefault(5, 0xFFFFFFFFu));
+    EXPECT_EQ(TypesOf(msg.get()), (std::vector<uint32_t>{0, 448, 465}));
+    EXPECT_EQ(FindTlv(msg.get(), 0).U32(), 164u);
+    EXPECT_EQ(FindTlv(msg.get(), 448).U32(), 5u);
+    EXPECT_EQ(FindTlv(msg.get(), 465).U32(), 0xFFFFFFFFu);
+    ExpectEveryFailureGivesNull(
+        [] { return DOM_userrecord_tlv_EncodeBackupMethodWithDefault(7, 1); });
+}
+
+TEST_F(RecordSwitchMessage, BackupBitsAndDefaultComeBack) {
+    const TlvPtr msg(DOM_userrecord_tlv_EncodeBackupMethodWithDefault(5, 3));
+    uint32_t bits = 9;
+    uint32_t default_bits = 9;
+    EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodWithDefault(msg.get(), &bits, &default_bits),
+              0u);
+    EXPECT_EQ(bits, 5u);
+    EXPECT_EQ(default_bits, 3u);
+}
+
+TEST_F(RecordSwitchMessage, MissingBackupBitsAndDefaultAre0) {
+    const TlvPtr only_bits = Bits({5});
+    const TlvPtr empty(TLV_Create());
+    uint32_t bits = 9;
+    uint32_t default_bits = 9;
+    EXPECT_EQ(
+        DOM_userrecord_tlv_DecodeBackupMethodWithDefault(only_bits.get(), &bits, &default_bits),
+        0u);
+    EXPECT_EQ(bits, 5u);
+    EXPECT_EQ(default_bits, 0u);
+    for (TLV_MSG* msg : {empty.get(), static_cast<TLV_MSG*>(nullptr)}) {
+        bits = default_bits = 9;
+        EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodWithDefault(msg, &bits, &default_bits), 0u);
+        EXPECT_EQ(bits, 0u);
+        EXPECT_EQ(default_bits, 0u);
+    }
+}
+
+TEST_F(RecordSwitchMessage, BackupBitsAndDefaultNeedBothOutputs) {
+    const TlvPtr msg(DOM_userrecord_tlv_EncodeBackupMethodWithDefault(5, 3));
+    uint32_t value = 9;
+    EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodWithDefault(msg.get(), nullptr, &value),
+              DOM_ERR_FAILED);
+    EXPECT_EQ(DOM_userrecord_tlv_DecodeBackupMethodWithDefault(msg.get(), &value, nullptr),
+              DOM_ERR_FAILED);
+    EXPECT_EQ(value, 9u);
 }
 
 }  // namespace

@@ -1,66 +1,20 @@
 // Clients that err, die, or mean no good.
 #include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
-#include <poll.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstring>
 #include <thread>
 
 #include "daemon_process.h"
+#include "raw_client.h"
 
 using namespace daemon_test;
 
 namespace {
 
 using DaemonChannel = DaemonTest;
-
-/// A connection that does what no library would do.
-class RawClient {
-  public:
-    RawClient() : fd_(LIPC_Socket(DOM_LIPC_FAMILY, DOM_LIPC_TYPE, DOM_LIPC_PROTOCOL)) {
-        LIPC_ADDRESS address{};
-        address.length = DOM_LIPC_ADDR_LEN;
-        address.family = DOM_LIPC_FAMILY;
-        address.endpoint = DOM_LIPC_ENDPOINT;
-        address.sub_endpoint = DOM_LIPC_SUB_ENDPOINT;
-        if (LIPC_Connect(fd_, &address, DOM_LIPC_ADDR_LEN) != 0) {
-            LIPC_Close(fd_);
-            fd_ = -1;
-        }
-    }
-    RawClient(RawClient&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
-    ~RawClient() { LIPC_Close(fd_); }
-
-    bool Connected() const { return fd_ >= 0; }
-    void Send(const std::vector<uint8_t>& bytes) {
-        EXPECT_EQ(write(fd_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-    /// The result that the daemon answers, kNoReply without an answer.
-    uint32_t Result() {
-        const Message reply(
-            TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(fd_), 20000));
-        if (!reply) return kNoReply;
-        TLV_ITER* first = TLV_GetFirst(reply.get());
-        if (TLV_GetTypeByIterator(reply.get(), first) != DOM_REPLY_KIND_RESULT) return kNoReply;
-        const Message body(AAA_GetSubTlv(reply.get(), first));
-        uint32_t result = kNoReply;
-        (void)DOM_lipc_ReplyMsgProc(body.get(), &result);
-        return result;
-    }
-    /// Whether the daemon closes the connection within a time.
-    bool IsClosedWithin(int milliseconds) {
-        pollfd poll_fd{fd_, POLLIN, 0};
-        if (poll(&poll_fd, 1, milliseconds) <= 0) return false;
-        char byte;
-        return read(fd_, &byte, 1) <= 0;
-    }
-
-  private:
-    int32_t fd_;
-};
 
 std::vector<uint8_t> Headed(TLV_MSG* body, uint32_t operation) {
     const Message owned(body);

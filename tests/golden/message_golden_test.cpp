@@ -473,8 +473,9 @@ const std::vector<Golden>& Goldens() {
     static const std::vector<Golden> all = [] {
         std::vector<Golden> goldens = DomainGoldens();
         for (const auto& part :
-             {golden::NasIdGoldens(), golden::RecordGoldens(), golden::ItaPolicyGoldens(),
-              golden::RecPolicyGoldens(), golden::ProfileGoldens()}) {
+             {golden::CmdAuthorFailGoldens(), golden::NasIdGoldens(), golden::RecordGoldens(),
+              golden::ItaPolicyGoldens(), golden::RecPolicyGoldens(), golden::ProfileGoldens(),
+              golden::RecordQueryGoldens()}) {
             goldens.insert(goldens.end(), part.begin(), part.end());
         }
         return goldens;
@@ -545,6 +546,7 @@ TEST(MessageGoldens, EveryCodeHasOne) {
     for (const DomMsgCode code : aaadom::kRecPolicyMessageCodes) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }
+    EXPECT_TRUE(covered.count(DOM_MSG_CMD_AUTHOR_FAIL));
     for (const DomMsgCode code : aaadom::kRecordMessageCodes) {
         EXPECT_TRUE(covered.count(code)) << "message code " << code << " has no golden file";
     }

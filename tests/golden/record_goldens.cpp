@@ -57,6 +57,18 @@ std::function<void(TLV_MSG*)> ExpectRecord(uint32_t kind, bool with_detail) {
     };
 }
 
+GoldenMessage Deletion(const char* file, uint32_t kind) {
+    constexpr uint64_t kSerial = 0x0102030405060708u;
+    return {file, DOM_MSG_USER_RECORD, [=] { return DOM_EncodeDelUserRecord(kind, kSerial); },
+            [=](TLV_MSG* msg) {
+                uint32_t got = 0;
+                uint64_t serial = 0;
+                EXPECT_EQ(DOM_DecodeDelUserRecord(msg, &got, &serial), DOM_OK);
+                EXPECT_EQ(got, kind);
+                EXPECT_EQ(serial, kSerial);
+            }};
+}
+
 }  // namespace
 
 std::vector<GoldenMessage> NasIdGoldens() {
@@ -137,15 +149,15 @@ std::vector<GoldenMessage> RecordGoldens() {
              return DOM_EncodOfflineRecord(1, &record);
          },
          ExpectRecord(DOM_RECORD_NORMAL_OFFLINE, false)},
-        {"msg_173_record_delete", DOM_MSG_USER_RECORD,
-         [] { return DOM_EncodeDelUserRecord(DOM_RECORD_ABNORMAL_OFFLINE, 0x0102030405060708u); },
-         [](TLV_MSG* msg) {
-             uint32_t kind = 0;
-             uint64_t serial = 0;
-             EXPECT_EQ(DOM_DecodeDelUserRecord(msg, &kind, &serial), DOM_OK);
-             EXPECT_EQ(kind, uint32_t{DOM_RECORD_ABNORMAL_OFFLINE});
-             EXPECT_EQ(serial, 0x0102030405060708u);
-         }},
+        {"msg_173_record_offline_abnormal", DOM_MSG_USER_RECORD,
+         [] {
+             const UserRecord record = SampleRecord(true);
+             return DOM_EncodOfflineRecord(0, &record);
+         },
+         ExpectRecord(DOM_RECORD_ABNORMAL_OFFLINE, true)},
+        Deletion("msg_173_record_delete", DOM_RECORD_ABNORMAL_OFFLINE),
+        Deletion("msg_173_record_delete_normal", DOM_RECORD_NORMAL_OFFLINE),
+        Deletion("msg_173_record_delete_online_fail", DOM_RECORD_ONLINE_FAIL),
     };
 }
 

@@ -1,4 +1,5 @@
-// Golden messages of NAS-ID profiles, user records, their switches and backup methods.
+// Golden messages of NAS-ID profiles, user records, queries of them, their switches and backup
+// methods.
 #pragma once
 
 #include <aaadom/codes.h>
@@ -17,10 +18,12 @@ struct GoldenMessage {
     std::function<void(TLV_MSG*)> check;
 };
 
+std::vector<GoldenMessage> CmdAuthorFailGoldens();
 std::vector<GoldenMessage> ItaPolicyGoldens();
 std::vector<GoldenMessage> NasIdGoldens();
 std::vector<GoldenMessage> ProfileGoldens();
 std::vector<GoldenMessage> RecPolicyGoldens();
 std::vector<GoldenMessage> RecordGoldens();
+std::vector<GoldenMessage> RecordQueryGoldens();
 
 }  // namespace golden

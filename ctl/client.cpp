@@ -1,10 +1,12 @@
 #include "client.h"
 
 #include <aaadom/aaad_results.h>
+#include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 namespace aaactl {
 namespace {
@@ -21,27 +23,59 @@ void RefuseZeroByte(const std::string& object, const std::string& text) {
     RefuseUsage(object, "it holds a zero byte", "Give a text without one");
 }
 
+/// A connection to the daemon, closed with its owner.
+class Connection {
+  public:
+    explicit Connection(uint16_t sub_endpoint)
+        : fd_(LIPC_Socket(DOM_LIPC_FAMILY, DOM_LIPC_TYPE, DOM_LIPC_PROTOCOL)) {
+        const LIPC_ADDRESS address{
+            DOM_LIPC_ADDR_LEN, DOM_LIPC_FAMILY, DOM_LIPC_ENDPOINT, sub_endpoint, {}};
+        error_ = fd_ >= 0 && LIPC_Connect(fd_, &address, sizeof address) == 0 ? 0 : errno;
+    }
+    ~Connection() { LIPC_Close(fd_); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    int Error() const { return error_; }
+    Message Exchange(TLV_MSG* request) const {
+        const auto fd = static_cast<uintptr_t>(fd_);
+        if (error_ != 0 || TLV_Flush(request, TLV_FORM_DESCRIPTOR, DOM_LIPC_WAIT, fd) == 0) {
+            return nullptr;
+        }
+        return Message(TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, fd, DOM_LIPC_WAIT));
+    }
+
+  private:
+    const int fd_;
+    int error_ = 0;
+};
+
 /// Why no answer came, found out by connecting once more.
-std::string WhyUnreachable(const std::string& run_dir, uint32_t timeout) {
-    const int fd = LIPC_Socket(DOM_LIPC_FAMILY, DOM_LIPC_TYPE, DOM_LIPC_PROTOCOL);
-    const LIPC_ADDRESS address{
-        DOM_LIPC_ADDR_LEN, DOM_LIPC_FAMILY, DOM_LIPC_ENDPOINT, DOM_LIPC_SUB_ENDPOINT, {}};
-    const int error = fd >= 0 && LIPC_Connect(fd, &address, sizeof address) == 0 ? 0 : errno;
-    LIPC_Close(fd);
+std::string WhyUnreachable(const std::string& run_dir, uint32_t timeout, uint16_t sub_endpoint) {
+    const std::string socket =
+        sub_endpoint == DOM_LIPC_SUB_ENDPOINT ? "request socket in " : "record socket in ";
+    const int error = Connection(sub_endpoint).Error();
     switch (error) {
         case ENOENT:
-            return "there is no request socket in " + run_dir;
+            return "there is no " + socket + run_dir;
         case ECONNREFUSED:
-            return "nobody serves the request socket in " + run_dir;
+            return "nobody serves the " + socket + run_dir;
         case EACCES:
-            return "the request socket in " + run_dir + " may not be used by this user";
+            return "the " + socket + run_dir + " may not be used by this user";
         case 0:
         case EAGAIN:
         case EINTR:
             return "no answer within " + std::to_string(timeout) + " ms in " + run_dir;
         default:
-            return "the request socket in " + run_dir + ": " + strerror(error);
+            return "the " + socket + run_dir + ": " + strerror(error);
     }
+}
+
+Failure NoAnswer(const std::string& why, const std::string& afterwards) {
+    return Failure(kExitUnreachable, "daemon", why,
+                   "Check that aaad runs (systemctl status aaad), that --run-dir is its run "
+                   "directory and that --timeout leaves it time" +
+                       afterwards);
 }
 
 }  // namespace
@@ -111,19 +145,34 @@ Message Client::Send(TLV_MSG* request, uint32_t operation, uint16_t* kind) {
     }
     Message reply(DOM_lipc_SendCfgMsg(owned.get(), operation, kind));
     if (!reply) {
-        const bool change = operation == DOM_OP_SET || operation == DOM_OP_DELETE;
-        throw Failure(kExitUnreachable, "daemon", WhyUnreachable(run_dir_, timeout_),
-                      std::string("Check that aaad runs (systemctl status aaad), that --run-dir is "
-                                  "its run directory and that --timeout leaves it time") +
-                          (change ? "; then look whether the change was made" : ""));
+        const bool change = operation != DOM_OP_GET && operation != DOM_OP_GET_NEXT;
+        throw NoAnswer(WhyUnreachable(run_dir_, timeout_, DOM_LIPC_SUB_ENDPOINT),
+                       change ? "; then look whether the change was made" : "");
     }
     return reply;
 }
 
-uint32_t Client::Change(TLV_MSG* request, uint32_t operation) {
+uint32_t Client::Change(TLV_MSG* request, uint32_t operation, Message* answer) {
     Message reply = Send(request, operation, nullptr);
     uint32_t result = DOM_RESULT_MISSING;
     (void)DOM_lipc_ReplyMsgProc(reply.get(), &result);  // always 0
+    if (answer != nullptr) *answer = std::move(reply);
+    return result;
+}
+
+uint32_t Client::Report(TLV_MSG* report, Message* answer) {
+    const Message owned(report);
+    if (!owned) throw std::bad_alloc();
+    const Message reply = Connection(DOM_LIPC_RECORD_SUB_ENDPOINT).Exchange(owned.get());
+    TLV_ITER* first = reply ? TLV_GetFirst(reply.get()) : nullptr;
+    Message body(first != nullptr ? AAA_GetSubTlv(reply.get(), first) : nullptr);
+    if (!body) {
+        throw NoAnswer(WhyUnreachable(run_dir_, timeout_, DOM_LIPC_RECORD_SUB_ENDPOINT),
+                       "; then look whether the record is there");
+    }
+    uint32_t result = DOM_RESULT_MISSING;
+    (void)DOM_lipc_ReplyMsgProc(body.get(), &result);  // always 0
+    if (answer != nullptr) *answer = std::move(body);
     return result;
 }
 

@@ -32,8 +32,11 @@ class Client {
     void SetRunDir(const std::string& directory);
     void SetTimeout(uint32_t milliseconds);
 
-    /// Sends a change; returns the daemon's result. Throws when no answer comes.
-    uint32_t Change(TLV_MSG* request, uint32_t operation);
+    /// Sends a change; returns the daemon's result. Throws when no answer comes. `answer` receives
+    /// what else the daemon says.
+    uint32_t Change(TLV_MSG* request, uint32_t operation, Message* answer = nullptr);
+    /// Sends a report as an access module does; the daemon's result and what else it says.
+    uint32_t Report(TLV_MSG* report, Message* answer = nullptr);
     /// Sends a change to a domain; throws what the daemon's refusal means.
     void ChangeDomain(const std::string& domain, TLV_MSG* request, uint32_t operation);
     /// Sends a read.

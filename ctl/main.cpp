@@ -27,6 +27,7 @@ const std::map<std::string, std::string> kGroupHelp = {
     {"record", "User records"},
     {"record switch", "Which user records are kept"},
     {"record backup", "Which user records are backed up"},
+    {"cmd-fail", "Command lines whose authorization failed"},
     {"profile", "Profiles that hand out micro-segments"},
     {"policy", "Accounting and recording policies"},
     {"policy acct", "Accounting policies, which domains refer to"},

@@ -52,6 +52,14 @@ void Output::Progress(const std::string& what, size_t done, size_t total) {
     if (json_ || isatty(STDERR_FILENO) == 0) return;
     fprintf(stderr, "\r%s: %zu of %zu%s", what.c_str(), done, total, done == total ? "\n" : "");
     fflush(stderr);
+    progress_shown_ = done != total;
+}
+
+void Output::ClearProgress() {
+    if (!progress_shown_) return;
+    fputs("\r\033[K", stderr);
+    fflush(stderr);
+    progress_shown_ = false;
 }
 
 void Output::Finish() {

@@ -24,11 +24,14 @@ class Output {
     void Error(const Failure& failure);
     /// Progress of long work: on standard error when it is a terminal.
     void Progress(const std::string& what, size_t done, size_t total);
+    /// Takes the progress away before other lines are shown.
+    void ClearProgress();
     /// Throws when standard output did not take everything, e.g. because its disk is full.
     static void Finish();
 
   private:
     bool json_ = false;
+    bool progress_shown_ = false;
 };
 
 }  // namespace aaactl

@@ -13,7 +13,11 @@ Commands AllCommands() {
     AddGlobalCommands(commands);
     AddSessionLimitCommands(commands);
     AddNasIdCommands(commands);
+    AddRecordListCommands(commands);
+    AddRecordTopCommand(commands);
+    AddRecordReportCommand(commands);
     AddRecordCommands(commands);
+    AddCommandFailureCommands(commands);
     AddProfileCommands(commands);
     AddAccountingPolicyCommands(commands);
     AddRecordingPolicyCommands(commands);

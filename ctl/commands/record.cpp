@@ -18,6 +18,16 @@ std::string Word(std::string member) {
     return member;
 }
 
+/// What the switches mean together: two of them keep a list of offline records, either will do.
+std::string KeptLine(const Json& switches) {
+    const auto on = [&](const char* name) { return switches.at(name).get<bool>(); };
+    std::string lists;
+    if (on("online_fail")) lists += " online-fail";
+    if (on("offline_all") || on("offline_abnormal")) lists += " abnormal";
+    if (on("offline_all") || on("offline_normal")) lists += " normal";
+    return "new records are kept in:" + (lists.empty() ? " no list" : lists);
+}
+
 class Show : public Command {
   public:
     Show(const char* object, const char* help, Json (*read)(Client&))
@@ -28,6 +38,7 @@ class Show : public Command {
         for (const auto& [name, on] : flags.items()) {
             context.output.Line(Word(name) + "  " + (on.get<bool>() ? "on" : "off"));
         }
+        if (Path()[1] == "switch") context.output.Line(KeptLine(flags));
         context.output.Result(flags);
     }
 

@@ -1,0 +1,156 @@
+// record report: a record as an access module sends it
+#include <aaadom/aaad_results.h>
+#include <platform/aaa_tlv.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "../command.h"
+#include "../names.h"
+#include "../record_fields.h"
+#include "../times.h"
+#include "record_filter.h"
+
+namespace aaactl {
+namespace {
+
+template <size_t N>
+void SetText(char (&field)[N], const std::string& what, const std::string& text) {
+    CheckFits(what, text, N);
+    memcpy(field, text.c_str(), text.size() + 1);
+}
+
+/// Access modules name interfaces by the system's index. A name that this system need not know
+/// takes the place of the looked-up one.
+Message WithInterface(Message report, const std::string& name) {
+    const auto demand = [](bool good) {
+        if (!good) throw std::bad_alloc();
+    };
+    demand(report != nullptr);
+    TLV_ITER* it = TLV_GetIteratorByType(report.get(), DOM_TLV_USER_RECORD);
+    demand(it != nullptr);
+    const Message record(AAA_GetSubTlv(report.get(), it));
+    demand(record != nullptr);
+    demand(TLV_Delete_Data(report.get(), it) == 0);
+    it = TLV_GetIteratorByType(record.get(), DOM_TLV_RECORD_INTERFACE);
+    demand(it != nullptr && TLV_Delete_Data(record.get(), it) == 0);
+    demand(AAA_AppendStrTlvData(record.get(), DOM_TLV_RECORD_INTERFACE, name.c_str()) == 0);
+    demand(AAA_AppendSubTlv(report.get(), DOM_TLV_USER_RECORD, record.get()) == 0);
+    return report;
+}
+
+class Report : public Command {
+  public:
+    Report() : Command({"record", "report"}, "Send a user record as an access module does") {}
+    void Define(CLI::App& app) override {
+        app.add_option("--list", list_, "online-fail, abnormal or normal")
+            ->check(CLI::IsMember(RecordListWords(false)))
+            ->capture_default_str();
+        app.add_option("--time", time_, "When it was: so long ago as 2h, or 2026-03-01T10:20:30")
+            ->capture_default_str();
+        app.add_option("--reason", reason_, "A reason's code or words of its text")
+            ->capture_default_str();
+        app.add_option("--user", user_, "The user's name, at most 255 characters");
+        app.add_option("--domain", domain_, "The ISP domain, at most 255 characters");
+        CLI::Option* name =
+            app.add_option("--interface", interface_, "The interface, at most 47 characters");
+        app.add_option("--interface-index", interface_index_, "The system's index of the interface")
+            ->excludes(name);
+        app.add_option("--mac", mac_, "The MAC address, as 00:11:22:33:44:55");
+        app.add_option("--ipv4", ipv4_, "The IPv4 address");
+        app.add_option("--ipv6", ipv6_, "The IPv6 address");
+        app.add_option("--vlan", outer_vlan_, "The outer VLAN");
+        app.add_option("--inner-vlan", inner_vlan_, "The inner VLAN");
+        app.add_option("--service", service_, "The number of the service or slot");
+        app.add_option("--access-type", access_type_, "The code of the access type");
+        app.add_option("--session", session_, "The length of the session, as 90s or 2h");
+        app.add_option("--detail", detail_, "Free text");
+        app.add_option("--flags", flags_, "The access module's own flags");
+    }
+    void Run(Context& context) override {
+        UserRecordSource source{};
+        source.first_number = ParseTime("--time", time_, Now());
+        source.second_number = ParseReason(reason_);
+        SetText(source.second_name, "user", user_);
+        SetText(source.first_name, "domain", domain_);
+        CheckFits("interface", interface_, sizeof UserRecord::interface_name);
+        source.interface_index = ParseNumber("interface index", interface_index_, UINT32_MAX);
+        if (mac_) Copy(ParseMac(*mac_), source.mac);
+        if (ipv4_) Copy(ParseIpv4(*ipv4_), source.ipv4);
+        if (ipv6_) Copy(ParseIpv6(*ipv6_), source.ipv6);
+        source.number16[0] = ParseNumber16("VLAN", outer_vlan_);
+        source.number16[1] = ParseNumber16("inner VLAN", inner_vlan_);
+        source.number16[2] = ParseNumber16("service", service_);
+        source.third_number = ParseDuration("--session", session_);
+        source.fourth_number = ParseNumber("access type", access_type_, UINT32_MAX);
+        if (!detail_.empty()) {
+            source.detail = detail_.data();
+            source.detail_len = static_cast<uint32_t>(detail_.size() + 1);
+        }
+        const uint16_t list = ParseRecordList(list_);
+        Message report(PAM_EncUserRecordMsg(list, ParseNumber16("flags", flags_), &source));
+        if (!interface_.empty()) report = WithInterface(std::move(report), interface_);
+
+        Message answer;
+        const uint32_t result = context.client.Report(report.release(), &answer);
+        if (result != DOM_OK) RefuseRecord(result);
+        TLV_ITER* it = TLV_GetIteratorByType(answer.get(), DOM_TLV_RECORD_SERIAL);
+        if (it == nullptr) {
+            context.output.Line("the record is not kept: the switch of list " + list_ +
+                                " is off, see aaactl record switch show");
+            context.output.Result({{"kept", false}, {"list", list_}});
+            return;
+        }
+        const uint64_t serial = AAA_GetUINT64TlvValue(answer.get(), it);
+        context.output.Line("record " + list_ + " " + std::to_string(serial) + " is stored");
+        context.output.Result({{"kept", true}, {"list", list_}, {"serial", serial}});
+    }
+
+  private:
+    template <size_t N>
+    static void Copy(const std::array<uint8_t, N>& from, uint8_t (&to)[N]) {
+        std::copy(from.begin(), from.end(), to);
+    }
+
+    [[noreturn]] static void RefuseRecord(uint32_t result) {
+        const std::string object = "record";
+        if (result == AAAD_ERR_NOT_SAVED) {
+            throw Failure(kExitRefused, object, "the daemon could not store it",
+                          "See the daemon's log; make room in its run directory", result);
+        }
+        if (result == AAAD_ERR_DENIED) {
+            throw Failure(kExitRefused, object, "the daemon takes reports of administrators only",
+                          "Run the command as root, as the daemon's user or as a member of its "
+                          "administrators' group",
+                          result);
+        }
+        throw Refused(object, result);
+    }
+
+    std::string list_ = "online-fail";
+    std::string time_ = "now";
+    std::string reason_ = "0";
+    std::string user_;
+    std::string domain_;
+    std::string interface_;
+    std::string interface_index_ = "0";
+    std::optional<std::string> mac_;
+    std::optional<std::string> ipv4_;
+    std::optional<std::string> ipv6_;
+    std::string outer_vlan_ = "0";
+    std::string inner_vlan_ = "0";
+    std::string service_ = "0";
+    std::string access_type_ = "0";
+    std::string session_ = "0";
+    std::string detail_;
+    std::string flags_ = "0";
+};
+
+}  // namespace
+
+void AddRecordReportCommand(Commands& commands) {
+    commands.push_back(std::make_unique<Report>());
+}
+
+}  // namespace aaactl

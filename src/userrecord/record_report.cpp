@@ -18,7 +18,8 @@ struct InterfaceName {
 
     explicit InterfaceName(uint32_t index) noexcept {
         if (index == kNoInterface) return;
-        if (IF_GetDataByIfIndex(index, IF_ATTRIBUTE_NAME, sizeof text, text) != 0) text[0] = '\0';
+        // Empty on failure, which is what a report says of an interface that has gone.
+        (void)IF_GetDataByIfIndex(index, IF_ATTRIBUTE_NAME, sizeof text, text);
     }
 };
 

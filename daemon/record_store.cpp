@@ -290,8 +290,11 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
     }
     for (const uint32_t list : kRecordLists) {
         if ((reset->lists & BitOf(list)) == 0) continue;
-        removed += static_cast<uint32_t>(Find(list)->count);
-        Find(list)->count = 0;
+        List& state = *Find(list);
+        removed += static_cast<uint32_t>(state.count);
+        state.count = 0;
+        // The numbers go on: nobody takes a new record for one that he has seen before.
+        if (state.last_serial == UINT64_MAX) state.last_serial = 0;
     }
     Dom_SyncClearUserRecord(reset->kind);
     return DOM_OK;

@@ -22,10 +22,13 @@ std::string Lower(std::string text) {
 }
 
 /// Texts of the table end in full stops that nobody types.
+std::string WithoutStop(std::string text) {
+    while (!text.empty() && (text.back() == '.' || text.back() == ' ')) text.pop_back();
+    return text;
+}
+
 std::string Comparable(const std::string& text) {
-    std::string lower = Lower(text);
-    while (!lower.empty() && (lower.back() == '.' || lower.back() == ' ')) lower.pop_back();
-    return lower;
+    return WithoutStop(Lower(text));
 }
 
 std::string UnknownText(uint32_t code) {
@@ -36,7 +39,7 @@ std::string Named(const std::vector<uint32_t>& codes) {
     std::string text;
     for (size_t i = 0; i < codes.size() && i < kCandidates; ++i) {
         text += (text.empty() ? "" : ", ") + std::to_string(codes[i]) + " (" +
-                Comparable(ReasonText(codes[i])) + ")";
+                WithoutStop(ReasonText(codes[i])) + ")";
     }
     const size_t more = codes.size() - std::min(codes.size(), kCandidates);
     return more == 0 ? text : text + " and " + std::to_string(more) + " more";

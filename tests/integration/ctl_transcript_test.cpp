@@ -5,6 +5,8 @@
 //   ! write NAME                the lines up to "! end" become the file NAME
 //   [1]                         an exit status other than 0, behind the output
 //
+// Local time is an hour east of UTC, wherever the test runs.
+//
 // Run with --update-transcripts to write what the commands answer now; read the difference before
 // committing it.
 #include <dirent.h>
@@ -46,7 +48,7 @@ bool UpdateWanted() {
 
 /// What a command prints, standard error included, and its status when it is not 0.
 std::string RunCommand(const std::string& command, const DaemonProcess& daemon) {
-    const std::string line = "cd '" + daemon.RunDir() + "' && '" AAADOM_BINARY_DIR "/ctl/aaactl' " +
+    const std::string line = "cd '" + daemon.RunDir() + "' && TZ=LOC-1 '" AAADOM_BINARY_DIR "/ctl/aaactl' " +
                              "--run-dir '" + daemon.RunDir() + "' " + command + " 2>&1";
     FILE* pipe = popen(line.c_str(), "r");
     std::string text;

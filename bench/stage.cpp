@@ -100,16 +100,22 @@ Daemon& Daemon::Running() {
     return daemon;
 }
 
-Daemon::Daemon() {
+Daemon::Daemon(const Prepare& prepare, std::vector<std::string> more_arguments) {
     char directory[] = "/var/tmp/aaadom-bench-XXXXXX";
     Demand(mkdtemp(directory) != nullptr, "mkdtemp");
     directory_ = directory;
     const std::string state = directory_ + "/state";
     const std::string run = directory_ + "/run";
+    if (prepare) prepare(state, run);
+    std::vector<std::string> arguments = {"aaad", "--state-dir", state, "--run-dir", run};
+    arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
     Attach();
     pid_ = fork();
     if (pid_ == 0) {
-        execl(AAAD_PATH, "aaad", "--state-dir", state.c_str(), "--run-dir", run.c_str(), nullptr);
+        execv(AAAD_PATH, pointers.data());
         _exit(127);
     }
     uint32_t count = 0;

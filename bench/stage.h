@@ -3,7 +3,9 @@
 
 #include <aaadom/aaadom.h>
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace bench {
 
@@ -21,7 +23,9 @@ class Daemon {
   public:
     /// The one that the benchmarks share.
     static Daemon& Running();
-    Daemon();
+    /// `prepare` gets the state and the run directory before the daemon starts.
+    using Prepare = std::function<void(const std::string& state, const std::string& run)>;
+    explicit Daemon(const Prepare& prepare = {}, std::vector<std::string> more_arguments = {});
     const std::string& Directory() const { return directory_; }
     ~Daemon();
     Daemon(const Daemon&) = delete;

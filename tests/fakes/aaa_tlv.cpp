@@ -6,11 +6,14 @@
 
 #include "fakes/message.h"
 #include "fakes/state.h"
+#include "fakes/text_reads.h"
 
 using fake::Event;
 using fake::Hit;
 using fake::kFailed;
 using fake::Quiet;
+
+fake::TextReads fake::failing_text_reads = {0, 0};
 
 namespace {
 
@@ -106,6 +109,8 @@ extern "C" uint32_t AAA_GetStrTlvValue(TLV_MSG* msg, TLV_ITER* it, uint32_t capa
                                        char* buffer) noexcept {
     const TLV_ITER* item = fake::Readable(msg, it);
     if (item == nullptr || capacity == 0 || buffer == nullptr) return kFailed;
+    const fake::TextReads& failing = fake::failing_text_reads;
+    if (failing.result != 0 && item->type == failing.type) return failing.result;
     const size_t text = std::min(item->value.find('\0'), item->value.size());
     const size_t copied = std::min<size_t>(text, capacity - 1);
     std::memcpy(buffer, item->value.data(), copied);

@@ -1,6 +1,7 @@
 // One failure in a message: encoding, decoding and what a report adds to the list.
 #include <cstring>
 
+#include "fakes/text_reads.h"
 #include "unit/cmdauthor/fail_fixture.h"
 
 namespace {
@@ -171,6 +172,25 @@ TEST_F(CmdAuthorFailMessage, NumbersThatAreTooShortAreZeroAndNoFailure) {
     EXPECT_EQ(DOM_Rec_DecodeCmdAuthorFailItem(msg_.get(), &item), DOM_OK);
     EXPECT_EQ(item.number64, 0u);
     EXPECT_EQ(item.number32, 0u);
+}
+
+TEST_F(CmdAuthorFailMessage, ResultsOfTheTextsAreCombinedAndTheOtherFieldsRead) {
+    AppendReport(4);
+    for (const uint16_t type : {220, 221, 222}) {
+        const fake::FailTextReads fail(type, 0x40010008);
+        CmdAuthorFailItem item{};
+        EXPECT_EQ(DOM_Rec_DecodeCmdAuthorFailItem(msg_.get(), &item), 0x40010008u) << type;
+        EXPECT_EQ(item.number64, Item(4).number64);
+        EXPECT_EQ(item.number32, 4u);
+    }
+}
+
+TEST_F(CmdAuthorFailMessage, ReportThatCannotBeReadChangesNothing) {
+    AppendReport(4);
+    const fake::FailTextReads fail(222, DOM_ERR_FAILED);
+    DOM_ProcCmdAuthorFail(msg_.get());
+    EXPECT_EQ(Rec().count, 0u);
+    EXPECT_EQ(NumbersOf(Rec()), Numbers{});
 }
 
 TEST_F(CmdAuthorFailMessage, DecoderRefusesNull) {

@@ -1,4 +1,5 @@
 // Replies with several failures, read into a list of the reader.
+#include "fakes/text_reads.h"
 #include "unit/cmdauthor/fail_fixture.h"
 
 namespace {
@@ -70,6 +71,27 @@ TEST_F(CmdAuthorFailReply, ItemThatIsNoMessageFailsAndCounts) {
     EXPECT_EQ(Items({1}).BadItem().Items({2}).Decode(), DOM_ERR_FAILED);
     EXPECT_EQ(list_.rec.count, 3u);
     EXPECT_EQ(NumbersOf(list_.rec), (Numbers{2, 1}));
+}
+
+// The result of the item has a bit that neither the end nor the other failure has.
+constexpr uint32_t kOtherFailure = 0x40010008;
+
+TEST_F(CmdAuthorFailReply, ItemThatCannotBeReadIsNotKeptAndItsResultIsCombined) {
+    Items({1}).BadItem();
+    const fake::FailTextReads fail(221, kOtherFailure);
+    EXPECT_EQ(Decode(), kOtherFailure | DOM_ERR_FAILED);
+    EXPECT_EQ(list_.rec.count, 2u);
+    EXPECT_EQ(NumbersOf(list_.rec), Numbers{});
+}
+
+TEST_F(CmdAuthorFailReply, EndReplacesWhatWasGathered) {
+    const fake::FailTextReads fail(221, kOtherFailure);
+    EXPECT_EQ(Items({1}).End().Decode(), DOM_ERR_NOT_FOUND);
+}
+
+TEST_F(CmdAuthorFailReply, ItemBehindTheEndIsCombinedWithIt) {
+    const fake::FailTextReads fail(221, kOtherFailure);
+    EXPECT_EQ(End().Items({1}).Decode(), DOM_ERR_NOT_FOUND | kOtherFailure);
 }
 
 TEST_F(CmdAuthorFailReply, EndReplacesAFailureBeforeIt) {

@@ -2,6 +2,7 @@
 #include <aaadom/record_codec.h>
 #include <aaadom/user_record.h>
 
+#include "fakes/text_reads.h"
 #include "tests/golden/sample_record.h"
 #include "unit/codec/codec_test_support.h"
 #include "unit/codec/run_database.h"
@@ -99,6 +100,12 @@ TEST_F(RecordStore, RecordThatCannotBeDecodedEndsTheWork) {
     EXPECT_EQ(Store(Message().Sub(178, Fields(1)).Sub(178, Undecodable(2)).Sub(178, Fields(3))),
               DOM_ERR_FAILED);
     EXPECT_EQ(run_db::Serials(3), Serials{1});
+}
+
+TEST_F(RecordStore, ResultOfTheDecoderIsTheResult) {
+    const fake::FailTextReads fail(DOM_TLV_RECORD_FIRST_NAME, 0x40010008);
+    EXPECT_EQ(Store(Message().Sub(178, Fields(1)).Sub(178, Fields(2))), 0x40010008u);
+    EXPECT_EQ(run_db::Serials(3), Serials{});
 }
 
 TEST_F(RecordStore, RecordThatItsListRefusesKeepsNoneOut) {

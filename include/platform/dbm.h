@@ -207,7 +207,7 @@ uint32_t DBM_RemoveSortList(DBM_HANDLE handle, const void* key, uint32_t key_len
 /* ---- AVL lists: entries of any length, the sort key is unique ---------------------------------
  */
 
-/** As DBM_CreateSortList. */
+/** As DBM_CreateSortList; key_len plus the sort key's length is at most 507. */
 uint32_t DBM_CreateAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
                            const uint32_t attributes[4], uint32_t count,
                            uint32_t value_type) PLATFORM_NOEXCEPT;

@@ -166,6 +166,7 @@ Scope Environment::ScopeOfThisThread() const noexcept {
 bool Environment::FinishCommit(MDB_txn* txn) {
     const int code = mdb_txn_commit(txn);
     if (code != 0) {
+        list_.Drop();
         Report("commit", code);
         return false;
     }
@@ -230,7 +231,7 @@ ReadAccess::ReadAccess(Environment& environment)
     : environment_(environment), activity_(environment.activity_) {
     switch (environment.ScopeOfThisThread()) {
         case Scope::kMine:
-            txn_ = environment.scope_txn_;
+            if (environment.SettleList()) txn_ = environment.scope_txn_;
             return;
         case Scope::kBlocked:
             return;
@@ -282,7 +283,7 @@ ReadAccess::~ReadAccess() {
         mdb_txn_abort(txn_);
 }
 
-WriteAccess::WriteAccess(Environment& environment)
+WriteAccess::WriteAccess(Environment& environment, ListOfScope list)
     : environment_(environment),
       write_(environment.write_mutex_, std::defer_lock),
       activity_(environment.activity_, std::defer_lock) {
@@ -293,7 +294,7 @@ WriteAccess::WriteAccess(Environment& environment)
     switch (environment.ScopeOfThisThread()) {
         case Scope::kMine:
             activity_.lock();
-            txn_ = environment.scope_txn_;
+            if (list == kGoesOn || environment.LeaveList()) txn_ = environment.scope_txn_;
             return;
         case Scope::kBlocked:
             return;
@@ -304,6 +305,7 @@ WriteAccess::WriteAccess(Environment& environment)
     write_.lock();
     const int code = environment.BeginWrite(&txn_);
     activity_.lock();
+    if (list == kSettle) (void)environment.LeaveList();
     if (code != 0) {
         txn_ = nullptr;
         environment.Report("write", code);
@@ -311,7 +313,9 @@ WriteAccess::WriteAccess(Environment& environment)
 }
 
 WriteAccess::~WriteAccess() {
-    if (own_ && txn_ != nullptr) mdb_txn_abort(txn_);
+    if (!own_ || txn_ == nullptr) return;
+    environment_.list_.Drop();
+    mdb_txn_abort(txn_);
 }
 
 bool WriteAccess::Check(int code) {

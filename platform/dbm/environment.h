@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "dbm/avl_list.h"
+
 namespace aaadom::dbm {
 
 /* Upper bound of a data file; address space, not memory or disk. */
@@ -80,6 +82,10 @@ class Environment {
     int OpenNewTable(const std::string& name, bool create, Table* table);
     Scope ScopeOfThisThread() const noexcept;
     void EndScope() noexcept;
+    /* Ends the run of changes of one list; false: the scope is spoilt. */
+    bool SettleList();
+    /* The same before a change that the list's owner does not see: nothing known of it holds on. */
+    bool LeaveList();
     bool FinishCommit(MDB_txn* txn);
 
     /* Constant after Open. */
@@ -109,6 +115,9 @@ class Environment {
     MDB_txn* scope_txn_ = nullptr;
     unsigned scope_depth_ = 0;
     bool scope_failed_ = false;
+    /* The AVL list that was changed last, of whoever holds write_mutex_; in a scope it stays open,
+     * and every call on something else settles it. */
+    AvlList list_;
 
     std::atomic<int> last_reported_{0};
 };
@@ -133,7 +142,9 @@ class ReadAccess {
 /* A write transaction of one call, or the scope's. */
 class WriteAccess {
   public:
-    explicit WriteAccess(Environment& environment);
+    /* kGoesOn: the call changes an AVL list and may go on with the open one. */
+    enum ListOfScope : uint8_t { kSettle, kGoesOn };
+    explicit WriteAccess(Environment& environment, ListOfScope list = kSettle);
     ~WriteAccess();
     WriteAccess(const WriteAccess&) = delete;
     WriteAccess& operator=(const WriteAccess&) = delete;
@@ -141,6 +152,8 @@ class WriteAccess {
     MDB_txn* Txn() const noexcept { return txn_; }
     /* Takes LMDB's answer to a change. A real error spoils the transaction, the scope's too. */
     bool Check(int code);
+    AvlList& List() const noexcept { return environment_.list_; }
+    bool InScope() const noexcept { return !own_; }
     /* Ends the call: commits a transaction of its own; inside a scope the scope decides later. */
     bool Commit();
 

@@ -16,7 +16,7 @@ Lookup LoadMeta(Environment& environment, MDB_txn* txn, const Table& table, cons
     MDB_val value;
     const int code = mdb_get(txn, table.data, &name, &value);
     if (code == MDB_NOTFOUND) return Lookup::kAbsent;
-    if (code == 0 && DecodeMeta(value, meta)) return Lookup::kFound;
+    if (code == 0 && DecodeMeta(value, key.length, meta)) return Lookup::kFound;
     environment.Report("read", code != 0 ? code : kDamagedFile);
     return Lookup::kFailed;
 }
@@ -106,6 +106,11 @@ uint32_t CountEntries(MDB_txn* txn, const Table& table, const Key& key, const Me
             return 1;
         case DBM_KIND_ARRAY:
             break;
+        case DBM_KIND_AVL: {
+            uint32_t count = 0;
+            (void)ReadAvlCount(txn, table.data, key.bytes, key.length, meta, &count);
+            return count;
+        }
         default:
             return meta.entry_count;
     }

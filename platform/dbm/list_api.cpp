@@ -20,14 +20,6 @@ uint32_t Create(DBM_HANDLE handle, const void* key, uint32_t key_len, uint8_t ki
     });
 }
 
-uint32_t Remove(DBM_HANDLE handle, const void* key, uint32_t key_len, uint8_t kind, uint32_t size,
-                const void* probe) noexcept {
-    if (probe == nullptr) return Code(false);
-    return ChangeKey(handle, key, key_len, [&](OpenTable& table, const Key& name) {
-        return RemoveEntry(table, name, kind, size, probe);
-    });
-}
-
 int32_t Step(DBM_CURSOR* cursor, uint32_t buf_size, void* buf,
              int32_t (DBM_CURSOR::*step)(uint32_t, void*)) noexcept {
     if (cursor == nullptr || (buf == nullptr && buf_size != 0)) return -1;
@@ -62,7 +54,10 @@ uint32_t DBM_InsertSortList(DBM_HANDLE handle, const void* key, uint32_t key_len
 
 uint32_t DBM_RemoveSortList(DBM_HANDLE handle, const void* key, uint32_t key_len,
                             uint32_t entry_size, const void* entry) noexcept {
-    return Remove(handle, key, key_len, DBM_KIND_SORTED, entry_size, entry);
+    if (entry == nullptr) return Code(false);
+    return ChangeKey(handle, key, key_len, [&](OpenTable& table, const Key& name) {
+        return RemoveSorted(table, name, entry_size, entry);
+    });
 }
 
 uint32_t DBM_CreateAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
@@ -81,7 +76,10 @@ uint32_t DBM_InsertAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len,
 
 uint32_t DBM_RemoveAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len, uint32_t entry_len,
                            const void* entry) noexcept {
-    return Remove(handle, key, key_len, DBM_KIND_AVL, entry_len, entry);
+    if (entry == nullptr) return Code(false);
+    return ChangeKey(handle, key, key_len, [&](OpenTable& table, const Key& name) {
+        return RemoveAvl(table, name, entry_len, entry);
+    });
 }
 
 uint32_t DBM_ClearAvlList(DBM_HANDLE handle, const void* key, uint32_t key_len) noexcept {

@@ -37,6 +37,12 @@ int StepToLast(TableCursor& cursor, StoredKey& prefix, MDB_val* name, MDB_val* v
     return StepBefore(cursor, name, value);
 }
 
+bool IsCount(const DBM_CURSOR& cursor, const StoredKey& stored, const MDB_val& name) {
+    return cursor.kind == DBM_KIND_AVL && stored.Owns(name) &&
+           aaadom::dbm::IsCountRow(static_cast<const char*>(name.mv_data) + stored.PrefixLength(),
+                                   name.mv_size - stored.PrefixLength(), cursor.sort_key_length);
+}
+
 }  // namespace
 
 template <class Find>
@@ -54,7 +60,7 @@ int32_t DBM_CURSOR::Move(Position when_none, uint32_t buf_size, void* buf, Find 
         table->environment().Report("read", code);
         return -1;
     }
-    if (code == MDB_NOTFOUND || !stored.Owns(name)) {
+    if (code == MDB_NOTFOUND || !stored.Owns(name) || IsCount(*this, stored, name)) {
         position = when_none;
         return 0;
     }
@@ -74,9 +80,13 @@ int32_t DBM_CURSOR::First(uint32_t buf_size, void* buf) {
 }
 
 int32_t DBM_CURSOR::Last(uint32_t buf_size, void* buf) {
-    return Move(Position::kBefore, buf_size, buf,
-                [](auto&, auto&, TableCursor& cursor, StoredKey& stored, MDB_val* name,
-                   MDB_val* value) { return StepToLast(cursor, stored, name, value); });
+    return Move(
+        Position::kBefore, buf_size, buf,
+        [&](auto&, auto&, TableCursor& cursor, StoredKey& stored, MDB_val* name, MDB_val* value) {
+            const int code = StepToLast(cursor, stored, name, value);
+            const bool at_count = code == 0 && IsCount(*this, stored, *name);
+            return at_count ? cursor.Get(name, value, MDB_PREV) : code;
+        });
 }
 
 int32_t DBM_CURSOR::Next(uint32_t buf_size, void* buf) {
@@ -143,6 +153,7 @@ DBM_CURSOR* OpenCursor(DBM_HANDLE handle, OpenTable& table, const Key& key) {
     cursor->handle = handle;
     cursor->key.assign(static_cast<const char*>(key.bytes), key.length);
     cursor->kind = meta.kind;
+    cursor->sort_key_length = meta.attributes[DBM_ATTR_KEY_LENGTH];
     return cursor.release();
 }
 

@@ -14,6 +14,7 @@ struct DBM_CURSOR {
     DBM_HANDLE handle = DBM_INVALID_HANDLE;
     std::string key;
     uint8_t kind = 0;
+    uint32_t sort_key_length = 0;
     Position position = Position::kBefore;
     std::string element; /* sort key of the entry it stands on, as stored */
 

@@ -21,7 +21,7 @@ void SetSortKey(StoredKey& stored, const Meta& meta, const void* entry) {
 
 bool CreateList(OpenTable& table, const Key& key, uint8_t kind, const uint32_t attributes[4],
                 uint32_t value_type) {
-    if (!AttributesAreUsable(attributes, key.length)) return false;
+    if (!AttributesAreUsable(kind, attributes, key.length)) return false;
     WriteAccess write(table.environment());
     Meta meta;
     if (!write.Ok() ||
@@ -80,34 +80,52 @@ int32_t GetSorted(OpenTable& table, const Key& key, uint32_t entry_size, void* e
     return code == 0 ? CopyOut(value, entry_size, entry) : -1;
 }
 
-bool InsertAvl(OpenTable& table, const Key& key, uint32_t entry_len, const void* entry) {
-    WriteAccess write(table.environment());
+namespace {
+
+/* Opens the list, unless this transaction or the one before it worked on it. */
+bool OpenAvl(OpenTable& table, const Key& key, WriteAccess& write, AvlList& list) {
+    const MDB_dbi dbi = table.table.data;
+    if (list.IsOpenFor(dbi, key.bytes, key.length)) return true;
+    if (!write.Check(list.Settle())) return false;
+    if (list.Resume(write.Txn(), dbi, key.bytes, key.length)) return true;
     Meta meta;
-    if (!write.Ok() || !LoadList(table.environment(), write.Txn(), table.table, key, DBM_KIND_AVL,
-                                 entry_len, &meta))
-        return false;
-    StoredKey stored(DBM_KIND_AVL, key.bytes, key.length);
-    SetSortKey(stored, meta, entry);
-    MDB_val name = stored.Value();
-    MDB_val data{entry_len, const_cast<void*>(entry)};
-    const int code = mdb_put(write.Txn(), table.table.data, &name, &data, MDB_NOOVERWRITE);
-    if (code == MDB_KEYEXIST) return false; /* an answer, not an error: nothing changed */
-    ++meta.entry_count;
-    return write.Check(code) && SaveMeta(write, table.table, key, meta) && write.Commit();
+    return LoadMeta(table.environment(), write.Txn(), table.table, key, &meta) == Lookup::kFound &&
+           meta.kind == DBM_KIND_AVL &&
+           write.Check(list.Open(write.Txn(), dbi, key.bytes, key.length, meta));
 }
 
-bool RemoveEntry(OpenTable& table, const Key& key, uint8_t kind, uint32_t probe_size,
-                 const void* probe) {
+/* Runs change(list) on an AVL list; `refusal` is an answer, not an error: nothing changed. */
+template <class Change>
+bool ChangeAvl(OpenTable& table, const Key& key, uint32_t size, int refusal, Change change) {
+    WriteAccess write(table.environment(), WriteAccess::kGoesOn);
+    if (!write.Ok()) return false;
+    AvlList& list = write.List();
+    if (!OpenAvl(table, key, write, list) || !list.Takes(size)) return false;
+    const int code = change(list);
+    if (code == refusal || !write.Check(code)) return false;
+    return write.InScope() || (write.Check(list.Settle()) && write.Commit());
+}
+
+}  // namespace
+
+bool InsertAvl(OpenTable& table, const Key& key, uint32_t entry_len, const void* entry) {
+    return ChangeAvl(table, key, entry_len, MDB_KEYEXIST,
+                     [&](AvlList& list) { return list.Insert(entry_len, entry); });
+}
+
+bool RemoveAvl(OpenTable& table, const Key& key, uint32_t probe_size, const void* probe) {
+    return ChangeAvl(table, key, probe_size, MDB_NOTFOUND,
+                     [&](AvlList& list) { return list.Remove(probe); });
+}
+
+bool RemoveSorted(OpenTable& table, const Key& key, uint32_t entry_size, const void* probe) {
     WriteAccess write(table.environment());
     Meta meta;
-    if (!write.Ok() ||
-        !LoadList(table.environment(), write.Txn(), table.table, key, kind, probe_size, &meta))
+    if (!write.Ok() || !LoadList(table.environment(), write.Txn(), table.table, key,
+                                 DBM_KIND_SORTED, entry_size, &meta))
         return false;
-    /* An AVL probe is a buffer of any size around the sort key; a sorted entry has the list's size.
-     */
-    if (kind == DBM_KIND_SORTED && meta.entry_size != 0 && meta.entry_size != probe_size)
-        return false;
-    StoredKey stored(kind, key.bytes, key.length);
+    if (meta.entry_size != 0 && meta.entry_size != entry_size) return false;
+    StoredKey stored(DBM_KIND_SORTED, key.bytes, key.length);
     SetSortKey(stored, meta, probe);
     MDB_val name = stored.Value();
     const int code = mdb_del(write.Txn(), table.table.data, &name, nullptr);
@@ -124,9 +142,8 @@ bool ClearAvl(OpenTable& table, const Key& key) {
         meta.kind != DBM_KIND_AVL)
         return false;
     StoredKey prefix(DBM_KIND_AVL, key.bytes, key.length);
-    if (!RemoveEntries(write, table.table, prefix)) return false;
-    meta.entry_count = 0;
-    return SaveMeta(write, table.table, key, meta) && write.Commit();
+    /* The count row lies under the prefix too. */
+    return RemoveEntries(write, table.table, prefix) && write.Commit();
 }
 
 }  // namespace aaadom::dbm

@@ -15,9 +15,10 @@ bool InsertSorted(OpenTable& table, const Key& key, uint32_t entry_size, const v
 int32_t GetSorted(OpenTable& table, const Key& key, uint32_t entry_size, void* entry);
 bool InsertAvl(OpenTable& table, const Key& key, uint32_t entry_len, const void* entry);
 
-/* Removes the entry with the probe's sort key. */
-bool RemoveEntry(OpenTable& table, const Key& key, uint8_t kind, uint32_t probe_size,
-                 const void* probe);
+/* Both remove the entry with the probe's sort key. An AVL probe is a buffer of any size around it;
+ * a sorted one has the list's entry size. */
+bool RemoveSorted(OpenTable& table, const Key& key, uint32_t entry_size, const void* probe);
+bool RemoveAvl(OpenTable& table, const Key& key, uint32_t probe_size, const void* probe);
 bool ClearAvl(OpenTable& table, const Key& key);
 
 }  // namespace aaadom::dbm

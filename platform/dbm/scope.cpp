@@ -37,6 +37,21 @@ bool Environment::Begin() {
     return true;
 }
 
+bool Environment::SettleList() {
+    if (!list_.IsOpen()) return true;
+    const int code = list_.Settle();
+    if (code == 0) return true;
+    scope_failed_ = true;
+    Report("write", code);
+    return false;
+}
+
+bool Environment::LeaveList() {
+    const bool settled = SettleList();
+    list_.Drop();
+    return settled;
+}
+
 /* The transaction is already committed or aborted. */
 void Environment::EndScope() noexcept {
     {
@@ -62,10 +77,12 @@ bool Environment::Commit() {
         const std::shared_lock<std::shared_mutex> activity(activity_);
         MDB_txn* txn = scope_txn_;
         scope_txn_ = nullptr;
-        if (scope_failed_)
-            mdb_txn_abort(txn);
-        else
+        if (!scope_failed_ && SettleList()) {
             done = FinishCommit(txn);
+        } else {
+            list_.Drop();
+            mdb_txn_abort(txn);
+        }
     }
     EndScope();
     return done;
@@ -87,6 +104,7 @@ bool Environment::DropScope() {
     if (ScopeOfThisThread() != Scope::kMine || scope_owner_.load() != ThisThread()) return false;
     {
         const std::shared_lock<std::shared_mutex> activity(activity_);
+        list_.Drop();
         mdb_txn_abort(scope_txn_);
         scope_txn_ = nullptr;
     }

@@ -27,6 +27,19 @@ StoredKey::StoredKey(uint8_t tag, const void* key, uint32_t key_len) noexcept
     memcpy(bytes_ + kStoredKeyHeader, key, key_len);
 }
 
+StoredKey& StoredKey::operator=(const StoredKey& other) noexcept {
+    /* Behind the length nothing was ever written. */
+    memcpy(bytes_, other.bytes_, other.length_);
+    prefix_ = other.prefix_;
+    length_ = other.length_;
+    return *this;
+}
+
+bool StoredKey::IsOf(const void* key, uint32_t key_len) const noexcept {
+    return prefix_ == kStoredKeyHeader + size_t{key_len} &&
+           memcmp(bytes_ + kStoredKeyHeader, key, key_len) == 0;
+}
+
 void StoredKey::SetElement(const void* element, size_t length) noexcept {
     if (length != 0) memcpy(bytes_ + prefix_, element, length);
     length_ = prefix_ + length;
@@ -51,7 +64,7 @@ void EncodeMeta(const Meta& meta, uint8_t out[kMetaSize]) noexcept {
     PutBigEndian32(out + kEntryCountAt, meta.entry_count);
 }
 
-bool DecodeMeta(const MDB_val& stored, Meta* meta) noexcept {
+bool DecodeMeta(const MDB_val& stored, uint32_t key_len, Meta* meta) noexcept {
     const auto* from = static_cast<const uint8_t*>(stored.mv_data);
     if (stored.mv_size != kMetaSize || from[kVersionAt] != kMetaVersion) return false;
     meta->kind = from[kKindAt];
@@ -66,16 +79,17 @@ bool DecodeMeta(const MDB_val& stored, Meta* meta) noexcept {
             return true;
         case DBM_KIND_SORTED:
         case DBM_KIND_AVL:
-            return AttributesAreUsable(meta->attributes, 1);
+            return AttributesAreUsable(meta->kind, meta->attributes, key_len);
         default:
             return false;
     }
 }
 
-bool AttributesAreUsable(const uint32_t attributes[4], uint32_t key_len) noexcept {
+bool AttributesAreUsable(uint8_t kind, const uint32_t attributes[4], uint32_t key_len) noexcept {
     const uint32_t length = attributes[DBM_ATTR_KEY_LENGTH];
-    if (length == 0 || kStoredKeyHeader + key_len + uint64_t{length} > kMaxStoredKeyLength)
-        return false;
+    /* The name of an AVL list's count row is one byte longer than that of an entry. */
+    const uint64_t element = uint64_t{length} + (kind == DBM_KIND_AVL ? 1 : 0);
+    if (length == 0 || kStoredKeyHeader + key_len + element > kMaxStoredKeyLength) return false;
     switch (attributes[DBM_ATTR_KEY_KIND]) {
         case DBM_KEY_KIND_U16:
             return length == 2;

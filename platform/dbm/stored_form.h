@@ -27,7 +27,10 @@ inline uint32_t GetBigEndian32(const uint8_t* from) {
 /* Tag, key length, key bytes, element key: built in place, no allocation. */
 class StoredKey {
   public:
+    StoredKey() noexcept : prefix_(0), length_(0) {} /* of no key; only to be assigned to */
     StoredKey(uint8_t tag, const void* key, uint32_t key_len) noexcept;
+    StoredKey(const StoredKey& other) noexcept { *this = other; }
+    StoredKey& operator=(const StoredKey& other) noexcept;
 
     /* Replaces the element part. Precondition: prefix and element fit in kMaxStoredKeyLength. */
     void SetElement(const void* element, size_t length) noexcept;
@@ -37,6 +40,8 @@ class StoredKey {
     MDB_val Value() noexcept { return {length_, bytes_}; }
     MDB_val Prefix() noexcept { return {prefix_, bytes_}; }
     size_t PrefixLength() const noexcept { return prefix_; }
+    /* True when this is the caller's key. */
+    bool IsOf(const void* key, uint32_t key_len) const noexcept;
     /* True when the stored key lies under this key's tag and key bytes. */
     bool Owns(const MDB_val& stored) const noexcept;
 
@@ -52,13 +57,13 @@ struct Meta {
     uint32_t value_type = 0;
     uint32_t attributes[4] = {0, 0, 0, 0};
     uint32_t entry_size = 0;  /* sorted lists: size of every entry, 0 before the first one */
-    uint32_t entry_count = 0; /* both sorts of list; unused for arrays and binaries */
+    uint32_t entry_count = 0; /* sorted lists; an AVL list's stands in its count row */
 };
 
 constexpr size_t kMetaSize = 32;
 void EncodeMeta(const Meta& meta, uint8_t out[kMetaSize]) noexcept;
-/* False when the bytes are no meta record of this format. */
-bool DecodeMeta(const MDB_val& stored, Meta* meta) noexcept;
+/* False when the bytes are no meta record of this format, or none for a key of this length. */
+bool DecodeMeta(const MDB_val& stored, uint32_t key_len, Meta* meta) noexcept;
 
 /* A sort key in an order that sorts bytewise. */
 struct SortKey {
@@ -66,8 +71,8 @@ struct SortKey {
     size_t length;
 };
 
-/* True when a list with these attributes can be kept under a key of this length. */
-bool AttributesAreUsable(const uint32_t attributes[4], uint32_t key_len) noexcept;
+/* True when a list of this kind with these attributes can be kept under a key of this length. */
+bool AttributesAreUsable(uint8_t kind, const uint32_t attributes[4], uint32_t key_len) noexcept;
 /* The bytes of an entry that hold its sort key end here. */
 inline uint64_t SortKeyEnd(const Meta& meta) {
     return uint64_t{meta.attributes[0]} + meta.attributes[1];

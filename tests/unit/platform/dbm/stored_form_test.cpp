@@ -66,4 +66,19 @@ TEST_F(StoredForm, EveryRecordHasItsBytes) {
                                               }));
 }
 
+TEST_F(StoredForm, AnAvlListCountsBehindItsEntries) {
+    const DBM_HANDLE handle = Create();
+    const uint32_t attributes[4] = {4, 8, 20, 0};
+    ASSERT_EQ(DBM_CreateAvlList(handle, "r", 2, attributes, 1, 41), 0u);
+    ASSERT_EQ(DBM_InsertAvlList(handle, "r", 2, 12, "head\x02\x01\0\0\0\0\0\0"), 0u);
+    ASSERT_EQ(DBM_Close(handle), 0u);
+    EXPECT_EQ(
+        Dump("isp-domain"),
+        (std::map<std::string, std::string>{
+            {"0000027200", "0104000000000029000000040000000800000014000000000000000000000000"},
+            {"04000272000000000000000102", "686561640201000000000000"},
+            {"0400027200ffffffffffffffffff", "00000001"},
+        }));
+}
+
 }  // namespace

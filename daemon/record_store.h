@@ -69,7 +69,8 @@ class RecordStore {
     uint32_t Clear(TLV_MSG* message, uint32_t code, uint32_t& removed);
 
     /// A request of code 173 with operation 0 or 1: records of the active board, with the serial
-    /// numbers that it gave them. All of it or nothing. Returns the answer.
+    /// numbers that it gave them; one that is there already stays as it is. All of the message or,
+    /// when it cannot be read or saved, nothing. Returns the answer.
     uint32_t Apply(TLV_MSG* message);
 
     RecordCounters Counters() const;

@@ -38,7 +38,9 @@ TLV_MSG* Report(const std::vector<uint32_t>& lists, bool with_record) {
         EXPECT_EQ(AAA_AppendUINTTlvData(report, DOM_TLV_RECORD_KIND, list), 0u);
     }
     const UserRecordSource record = SampleRecord("alice");
-    if (with_record) EXPECT_EQ(DOM_userrecord_tlv_EncodeRecordContent(report, &record), DOM_OK);
+    if (with_record) {
+        EXPECT_EQ(DOM_userrecord_tlv_EncodeRecordContent(report, &record), DOM_OK);
+    }
     return report;
 }
 

@@ -249,9 +249,20 @@ TEST_F(DaemonRecordStore, RecordsOfTheActiveBoardKeepTheirNumbers) {
     EXPECT_EQ(In(kAbnormal), (Serials{9, 10}));
 }
 
-TEST_F(DaemonRecordStore, MessageOfTheActiveBoardIsAppliedWholeOrNotAtAll) {
+// The active board sends all of them again when it lost sight of this one.
+TEST_F(DaemonRecordStore, RecordThatTheActiveBoardSendsAgainStaysAsItIs) {
+    ASSERT_EQ(SendRecord(kFail, SampleRecord("mine")).serial, 1u);
+    EXPECT_EQ(Change(FromActiveBoard(kFail, {5, 1, 6})), DOM_OK);
+    EXPECT_EQ(In(kFail), (Serials{1, 5, 6}));
+    EXPECT_STREQ(StoredRecords(daemon_, kFail)[0].record.second_name, "mine");
+}
+
+TEST_F(DaemonRecordStore, UndecodableMessageOfTheActiveBoardChangesNothing) {
     Send(kFail, 1);
-    EXPECT_NE(Change(FromActiveBoard(kFail, {5, 6, 1})), DOM_OK);
+    TLV_MSG* message = FromActiveBoard(kFail, {5, 6});
+    const uint8_t garbage[] = {1, 2, 3};
+    ASSERT_EQ(TLV_Append_Data(message, DOM_TLV_USER_RECORD, sizeof garbage, garbage), 0u);
+    EXPECT_EQ(Change(message), DOM_ERR_FAILED);
     EXPECT_EQ(In(kFail), (Serials{1}));
     EXPECT_EQ(SendRecord(kFail, SampleRecord("next")).serial, 2u);
 }

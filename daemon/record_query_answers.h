@@ -11,7 +11,7 @@ namespace aaad {
 
 /// So many records one answer looks at: the thread that answers belongs to all clients, and a
 /// client that searches more goes on with its next request.
-constexpr uint32_t kRecordsLookedAt = 8192;
+constexpr uint32_t kRecordsLookedAt = 4096;
 
 /// Code 70.
 Message AnswerRecordNumber(const RecordStore& store, TLV_MSG* body, uint32_t& refusal);

@@ -50,6 +50,12 @@ constexpr Comparison kComparisons[] = {
      "PutRaw/real_time/threads:16", "at least 2.8 times as fast"},
     {"walk of 256 domains, against one of 1024", "WalkQuarterTable/real_time",
      "WalkFullTable/real_time", "at most 4.6 times the cost"},
+    {"user records one by one, against raw puts", "InsertRecords/1/iterations:1/real_time",
+     "InsertRaw/1/iterations:1/real_time", "at least 0.85 times as fast"},
+    {"user records by hundreds, against raw puts", "InsertRecords/100/iterations:1/real_time",
+     "InsertRaw/100/iterations:1/real_time", "at least 0.85 times as fast"},
+    {"page of a long list, against a short one", "PageOfLongList/iterations:2000/real_time",
+     "PageOfShortList/iterations:2000/real_time", "at least 0.2 times as fast"},
     {"page of a million records, against 1000", "PageOfMany/real_time", "PageOfFew/real_time",
      "at least 0.2 times as fast"},
 };

@@ -27,6 +27,16 @@ int64_t NowMilliseconds() {
     return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
+/// Of the next packet; 0 when the peer has closed, negative with errno when there is none.
+ssize_t PeekLength(int fd) {
+    char first;
+    ssize_t length;
+    do {
+        length = recv(fd, &first, sizeof first, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
+    } while (length < 0 && errno == EINTR);
+    return length;
+}
+
 Request MakeRequest(Connection connection, const LIPC_PEER& peer, Message message) {
     Request request;
     request.connection = std::move(connection);
@@ -140,11 +150,9 @@ void Endpoint::Readable(int fd, std::vector<Request>& batch) {
 
 /// A packet that is no message is a request, too: its sender waits for an answer.
 Endpoint::Arrival Endpoint::Receive(int fd, Message& message) {
-    char first;
-    ssize_t length;
-    do {
-        length = recv(fd, &first, sizeof first, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
-    } while (length < 0 && errno == EINTR);
+    // Once more after a close: the kernel may report it before a packet that came just ahead of it.
+    ssize_t length = PeekLength(fd);
+    if (length == 0) length = PeekLength(fd);
     if (length < 0) {
         return errno == EAGAIN || errno == EWOULDBLOCK ? Arrival::kNothingYet : Arrival::kGone;
     }

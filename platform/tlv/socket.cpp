@@ -90,13 +90,25 @@ TLV_MSG* ReceiveFromStream(int descriptor, const Deadline& deadline) noexcept {
     return msg;
 }
 
+/// Waits for a packet and tells its real length; 0 when the peer has closed, negative on failure.
+ssize_t LengthOfNextPacket(int descriptor, const Deadline& deadline) noexcept {
+    const auto length = [&] {
+        return Persist(descriptor, POLLIN, deadline, [&] {
+            uint8_t probe;
+            return recv(descriptor, &probe, sizeof probe, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
+        });
+    };
+    // The kernel looks into the queue first and whether the peer has closed later: a peer that
+    // sends and closes between the two looks like one that closed without a word. Once it has
+    // closed, its packets are in the queue, so the second answer is true.
+    const ssize_t first = length();
+    return first != 0 ? first : length();
+}
+
 TLV_MSG* ReceivePacket(int descriptor, const Deadline& deadline) noexcept {
-    // MSG_TRUNC makes the kernel tell the packet's real length, so that none is cut below.
-    uint8_t probe;
-    const ssize_t length = Persist(descriptor, POLLIN, deadline, [&] {
-        return recv(descriptor, &probe, sizeof probe, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
-    });
+    const ssize_t length = LengthOfNextPacket(descriptor, deadline);
     if (length < 0) return nullptr;
+    uint8_t probe;
     const bool plausible =
         length >= static_cast<ssize_t>(kImageHeader) && uint64_t(length) <= kLargestFrame;
     TLV_MSG* msg = plausible ? CreateForImage(static_cast<uint32_t>(length)) : nullptr;

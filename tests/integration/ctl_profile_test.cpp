@@ -92,12 +92,13 @@ TEST_F(CtlFullProfile, ImportMakesRoomForTheVpnsOfTheFile) {
     // The file lacks vpn0 and has vpn128.
     for (const char* member : {"author_profiles", "critical_profiles"}) {
         std::ofstream(daemon_.RunDir() + "/file") << DocumentWithVpns(member, kVpns);
-        EXPECT_EQ(RunCtl(daemon_, "config import file").status, 0);
+        const CtlAnswer imported = RunCtl(daemon_, "config import file");
+        EXPECT_EQ(imported.status, 0) << imported.text;
     }
     for (const char* store : {"author", "critical"}) {
         const std::string shown = RunCtl(daemon_, "profile " + std::string(store) + " show p").text;
-        EXPECT_EQ(shown.find("VPN vpn0 "), std::string::npos);
-        EXPECT_NE(shown.find("VPN vpn128 "), std::string::npos);
+        EXPECT_EQ(shown.find("VPN vpn0 "), std::string::npos) << shown;
+        EXPECT_NE(shown.find("VPN vpn128 "), std::string::npos) << shown;
     }
 }
 

@@ -48,8 +48,9 @@ bool UpdateWanted() {
 
 /// What a command prints, standard error included, and its status when it is not 0.
 std::string RunCommand(const std::string& command, const DaemonProcess& daemon) {
-    const std::string line = "cd '" + daemon.RunDir() + "' && TZ=LOC-1 '" AAADOM_BINARY_DIR "/ctl/aaactl' " +
-                             "--run-dir '" + daemon.RunDir() + "' " + command + " 2>&1";
+    const std::string line = "cd '" + daemon.RunDir() +
+                             "' && TZ=LOC-1 '" AAADOM_BINARY_DIR "/ctl/aaactl' " + "--run-dir '" +
+                             daemon.RunDir() + "' " + command + " 2>&1";
     FILE* pipe = popen(line.c_str(), "r");
     std::string text;
     char buffer[4096];

@@ -88,16 +88,21 @@ void AppendRecordFields(Appender& append, const UserRecord& record) noexcept {
 
 uint32_t ReadRecordFields(TLV_MSG* msg, UserRecord& record) noexcept {
     uint32_t result = DOM_OK;
+    TlvItem detail_length(msg, nullptr);
     for (TlvItem item : TlvWalk(msg)) {
         if (item.Type() == DOM_TLV_RECORD_DETAIL_LEN) {
-            const uint32_t length = item.U32();
-            free(record.detail);
-            // A record without its detail text is better than none: no failure.
-            record.detail = CopyDetailOf(msg, length);
-            record.detail_len = record.detail == nullptr ? 0 : length;
+            detail_length = item;
         } else if (const RecordField* field = FieldOfType(item.Type())) {
             result |= ReadField(item, *field, record);
         }
+    }
+    // Fetched once, behind the walk: a message may repeat the length as often as it has room.
+    if (detail_length) {
+        const uint32_t length = detail_length.U32();
+        free(record.detail);
+        // A record without its detail text is better than none: no failure.
+        record.detail = CopyDetailOf(msg, length);
+        record.detail_len = record.detail == nullptr ? 0 : length;
     }
     return result;
 }

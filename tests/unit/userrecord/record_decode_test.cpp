@@ -153,6 +153,18 @@ TEST_F(RecordDecode, SecondLengthReplacesTheTextOfTheFirst) {
     EXPECT_EQ(record_.detail_len, 4u);
 }
 
+// Fetched at each length, a packet full of lengths would be searched and allocated for each of
+// them.
+TEST_F(RecordDecode, DetailTextIsFetchedOnceHoweverManyLengthsThereAre) {
+    for (uint32_t n = 0; n < 100; ++n) append_.U32(208, 65535 - n);
+    append_.Raw(207, "why", 4);
+    const uint64_t allocations = fake::Count(fake::Event::kAllocation);
+    EXPECT_EQ(Decode(), DOM_OK);
+    EXPECT_EQ(fake::Count(fake::Event::kAllocation), allocations + 1);
+    EXPECT_STREQ(record_.detail, "why");
+    EXPECT_EQ(record_.detail_len, 65535u - 99);
+}
+
 TEST_F(RecordDecode, SecondLengthOfZeroTakesTheTextAway) {
     append_.U32(208, 4).Raw(207, "why", 4).U32(208, 0);
     EXPECT_EQ(Decode(), DOM_OK);

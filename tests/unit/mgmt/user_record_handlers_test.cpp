@@ -131,6 +131,8 @@ TEST_F(RecordNumberTest, RequestThatCannotBeEncodedIsNotSent) {
     uint32_t count = kPresetCount;
     fake::FailAppend(1);
     EXPECT_EQ(DOM_userrecord_mor_GetRecordNumber(70, &count), DOM_ERR_FAILED);
+    fake::FailMessage(1);
+    EXPECT_EQ(DOM_userrecord_mor_GetRecordNumber(70, &count), DOM_ERR_FAILED);
     EXPECT_EQ(count, kPresetCount);
     EXPECT_TRUE(fake::FlushCalls().empty());
 }
@@ -228,6 +230,8 @@ TEST_P(RecordReadingTest, RequestThatCannotBeEncodedIsNotSent) {
     AnswerData([] { return DOM_userrecord_tlv_EncodeNoRecordMsg(); });
     uint16_t status = kPresetStatus;
     fake::FailAppend(1);
+    EXPECT_EQ(GetParam().call(&status), nullptr);
+    fake::FailMessage(1);
     EXPECT_EQ(GetParam().call(&status), nullptr);
     EXPECT_EQ(status, kPresetStatus);
     EXPECT_TRUE(fake::FlushCalls().empty());

@@ -242,12 +242,16 @@ TEST_F(RecordReport, EmptyMessageIsNoFailureAndKeepsTheOutputs) {
 
 TEST_F(RecordReport, DetailPointerOfBeforeIsNeitherKeptNorFreed) {
     char elsewhere[] = "not the record's to free";
-    record_.detail = elsewhere;
-    record_.detail_len = 77;
+    const auto expect_cleared = [&] {
+        record_.detail = elsewhere;
+        record_.detail_len = 77;
+        EXPECT_EQ(Decode(), DOM_OK);
+        EXPECT_EQ(record_.detail, nullptr);
+        EXPECT_EQ(record_.detail_len, 0u);
+    };
+    expect_cleared();
     AppendContent([](aaadom::Appender& fields) { fields.U32(166, 1); });
-    EXPECT_EQ(Decode(), DOM_OK);
-    EXPECT_EQ(record_.detail, nullptr);
-    EXPECT_EQ(record_.detail_len, 0u);
+    expect_cleared();
 }
 
 TEST_F(RecordReport, OtherTlvsAreSkipped) {
@@ -288,6 +292,13 @@ TEST_F(RecordReport, FlagsReplaceTheFailureOfFlagsInFrontOfThem) {
     append_.Raw(185, "a", 1).U16(185, 5);
     EXPECT_EQ(Decode(), DOM_OK);
     EXPECT_EQ(flags_, 5);
+}
+
+TEST_F(RecordReport, ListDoesNotReplaceAFailureInFrontOfIt) {
+    AppendBrokenContent();
+    append_.U32(180, 3);
+    EXPECT_EQ(Decode(), DOM_ERR_FAILED);
+    EXPECT_EQ(record_type_, 3u);
 }
 
 TEST_F(RecordReport, RecordDoesNotReplaceTheFailureOfTheFlags) {

@@ -190,10 +190,11 @@ TLV_MSG* DOM_userrecord_tlv_EncodeUserRecordStructTlv(const UserRecord* record) 
  * Reads the fields of a record, also those of DOM_userrecord_tlv_EncodeRecordContent, which carry
  * no serial number. Other TLVs are skipped; the last of several TLVs of a type counts.
  * @param msg     borrowed; null reads as a message without TLVs.
- * @param record  a field whose TLV is missing stays as it was; names are cut to their field and
- *                terminated. The detail text and its length are set in every case, without
- *                looking at what they were: the text of DOM_userrecord_tlv_GetReplyMessage, to be
- *                freed with free also after a failure, or null and 0.
+ * @param record  a field whose TLV is missing stays as it was, also a MAC address or a 16-bit
+ * number whose TLV is too short; behind an IP address TLV that is too short the field keeps its
+ * last bytes. Names are cut to their field and terminated. The detail text and its length are set
+ * in every case, without looking at what they were: the text of DOM_userrecord_tlv_GetReplyMessage,
+ * to be freed with free also after a failure, or null and 0.
  * @return 0, also for a message without TLVs and for a detail text that cannot be had;
  *         DOM_ERR_FAILED for a null record and when a name, an address or a 16-bit number cannot be
  *         read, after reading the rest. Numbers of 32 and 64 bits do not count: too short they are

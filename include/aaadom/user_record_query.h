@@ -12,32 +12,35 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
+/* The TLV type under which a field travels stands first; behind it what the daemon takes. */
+
 /** Records of a time range. */
 typedef struct UserRecordTimeQuery {
-    uint16_t list_selector;   /* 177 */
-    uint16_t second_selector; /* 150 */
-    uint32_t start;           /* 148 */
-    uint32_t end;             /* 149 */
+    uint16_t list_selector;   /* 177; DOM_RECORD_... or 0 for all lists */
+    uint16_t second_selector; /* 150; 0 verbose, 1 brief */
+    uint32_t start;           /* 148; seconds since 1970 UTC, inclusive */
+    uint32_t end;             /* 149; seconds since 1970 UTC, inclusive */
 } UserRecordTimeQuery;        /* 12 bytes */
 
 /** Records with a reason. */
 typedef struct UserRecordReasonQuery {
-    uint16_t list_selector;   /* 177 */
-    uint16_t second_selector; /* 162 */
+    uint16_t list_selector;   /* 177; DOM_RECORD_... or 0 for all lists */
+    uint16_t second_selector; /* 162; 0 verbose, 1 brief */
     uint32_t reason;          /* 161; code of AAA_GetRecordReasonString */
 } UserRecordReasonQuery;      /* 8 bytes */
 
-/** Records that meet conditions. The TLV type under which a field travels stands beside it. */
+/** Records that meet all conditions; to the daemon one that is 0 or empty is none. */
 typedef struct UserRecordQuery {
-    uint32_t record_count;    /* 163 */
-    uint16_t list_selector;   /* 177 */
-    uint16_t second_selector; /* 162 */
-    uint32_t condition;       /* 159 */
+    uint32_t record_count;    /* 163; records a reply, at most 500; 0 means 50 */
+    uint16_t list_selector;   /* 177; DOM_RECORD_... or 0 for all lists */
+    uint16_t second_selector; /* 162; 0 verbose, 1 brief */
+    uint32_t condition;       /* 159; reason code */
     uint8_t ipv4[4];          /* 167; network order */
     uint8_t ipv6[16];         /* 168 */
-    uint16_t conditions[4];   /* 153, 154, 155, 156 */
-    char first_name[256];     /* 151; sent unless empty */
-    char second_name[256];    /* 160; sent unless empty */
+    uint16_t conditions[4];   /* 153 outer VLAN; 154 inner VLAN; 155 service or slot number;
+                                 156 reserved, 0 */
+    char first_name[256];     /* 151; ISP domain; sent unless empty */
+    char second_name[256];    /* 160; user name; sent unless empty */
     char interface_name[48];  /* 152; sent unless empty */
     uint8_t mac[6];           /* 158 */
 } UserRecordQuery;            /* 608 bytes */
@@ -162,9 +165,10 @@ TLV_MSG* DOM_userrecord_tlv_EncodeBackupMethodWithDefault(uint32_t bits,
 
 /*
  * The decoders look at no code and skip TLVs of other types. A text that is too long is cut to its
- * field and terminated, a UINT TLV that is too short reads as 0, and a 16-bit or MAC TLV that is
- * too short fails and keeps its field; which failures the result tells differs, and callers rely on
- * it. Of several TLVs of a type the last counts, the first of a detail text.
+ * field and terminated, a UINT TLV that is too short reads as 0, a 16-bit or MAC TLV that is too
+ * short fails and keeps its field, and behind an IP address TLV that is too short the field keeps
+ * its last bytes. Which failures the result tells differs, and callers rely on it. Of several TLVs
+ * of a type the last counts, the first of a detail text.
  */
 
 /**
@@ -216,8 +220,7 @@ uint32_t DOM_userrecord_tlv_DecodeDisplayRecordReason(TLV_MSG* msg,
  * Reads the request for records that meet conditions (TLVs 151 to 156, 158 to 160, 162, 163, 167,
  * 168, 177).
  * @param msg    borrowed; null reads as a message without TLVs.
- * @param query  a field whose TLV is missing stays as it was; behind a raw TLV that is shorter than
- *               its field the field keeps its last bytes.
+ * @param query  a field whose TLV is missing stays as it was.
  * @return 0, also for a message without the TLVs; DOM_ERR_FAILED for a null query and when a text,
  *         16-bit, MAC or raw TLV cannot be read. TLVs 159 and 163 do not count.
  * @thread any; takes no lock.
@@ -229,9 +232,9 @@ uint32_t DOM_userrecord_tlv_DecodeDisRecordMultParas(TLV_MSG* msg,
  * Reads a record in its brief form: the nested message of TLV 179.
  * @param msg    borrowed; null reads as a message without TLVs.
  * @param brief  a field whose TLV is missing stays as it was. The detail text and its length are
- * set in every case, without looking at what they were: the text, to be freed with free; null and 0
- * when there is none, its length is missing or 0, memory is short, or the result is not 0. Only the
- * first TLV 207 is looked at.
+ *               set in every case, without looking at what they were: the text, to be freed with
+ *               free; null and 0 when there is none, its length is missing, 0 or above both 65535
+ *               and that of the text, memory is short, or the result is not 0.
  * @return 0, also without a detail text; DOM_ERR_FAILED for a null brief and when a text, MAC or
  *         raw TLV cannot be read. TLVs 174 and 208 do not count.
  * @thread any; takes no lock.
@@ -294,23 +297,49 @@ uint32_t DOM_userrecord_mor_ResetRecord(uint32_t code) AAADOM_NOEXCEPT;
 uint32_t DOM_userrecord_mor_GetRecordNumber(uint32_t code, uint32_t* count) AAADOM_NOEXCEPT;
 
 /**
- * Asks for all records of a list, of a time range, with a reason, or that meet conditions, with
- * operation 2. The codes, queries and selectors are those of the encoders above. The reply carries
- * the records as TLVs 178 or 179; TLV 16 alone is DOM_RESULT_NO_RECORD or the daemon's refusal.
- * @param code    DOM_MSG_RECORD_ALL (71), DOM_MSG_RECORD_BY_TIME (72) or
- *                DOM_MSG_RECORD_BY_CONDITIONS (73); any number is sent as it is.
- * @param query   borrowed; nothing is sent for null.
- * @param status  receives the kind of the reply: DOM_REPLY_KIND_RESULT a result, any other data; as
- *                it was when no reply came. May be null.
+ * Asks for all records of a list, with operation 2. The reply carries the records as TLVs 178 or
+ * 179; TLV 16 alone is DOM_RESULT_NO_RECORD or the daemon's refusal.
+ * @param code      DOM_MSG_RECORD_ALL (71); any number is sent as it is.
+ * @param selector  TLV 177, as DOM_userrecord_tlv_EncodeDisplayRecordAll.
+ * @param status    receives the kind of the reply: DOM_REPLY_KIND_RESULT a result, any other data;
+ *                  as it was when no reply came. May be null.
  * @return returned, destroy with TLV_Destroy; null when no reply came or memory is short.
  * @thread any; takes no lock.
  */
 TLV_MSG* DOM_userrecord_mor_GetRecordAll(uint32_t code, uint16_t selector,
                                          uint16_t* status) AAADOM_NOEXCEPT;
+
+/**
+ * Asks for records of a time range, with operation 2.
+ * @param code    DOM_MSG_RECORD_BY_TIME (72); any number is sent as it is.
+ * @param query   borrowed.
+ * @param status  as DOM_userrecord_mor_GetRecordAll.
+ * @return as DOM_userrecord_mor_GetRecordAll; null, and nothing sent, also for a null query.
+ * @thread any; takes no lock.
+ */
 TLV_MSG* DOM_userrecord_mor_GetRecordByTime(uint32_t code, const UserRecordTimeQuery* query,
                                             uint16_t* status) AAADOM_NOEXCEPT;
+
+/**
+ * Asks for records with a reason, with code 74 and operation 2.
+ * @param second_selector  TLV 162, as DOM_userrecord_tlv_EncodeDisplayRecordReason.
+ * @param reason           TLV 161, code of AAA_GetRecordReasonString.
+ * @param selector         TLV 177, as DOM_userrecord_tlv_EncodeDisplayRecordReason.
+ * @param status           as DOM_userrecord_mor_GetRecordAll.
+ * @return as DOM_userrecord_mor_GetRecordAll.
+ * @thread any; takes no lock.
+ */
 TLV_MSG* DOM_userrecord_mor_GetRecordByReason(uint16_t second_selector, uint32_t reason,
                                               uint16_t selector, uint16_t* status) AAADOM_NOEXCEPT;
+
+/**
+ * Asks for records that meet conditions, with operation 2.
+ * @param code    DOM_MSG_RECORD_BY_CONDITIONS (73); any number is sent as it is.
+ * @param query   borrowed; a text without a terminator is sent whole.
+ * @param status  as DOM_userrecord_mor_GetRecordAll.
+ * @return as DOM_userrecord_mor_GetRecordAll; null, and nothing sent, also for a null query.
+ * @thread any; takes no lock.
+ */
 TLV_MSG* DOM_userrecord_mor_GetRecordContentByCond(uint32_t code, const UserRecordQuery* query,
                                                    uint16_t* status) AAADOM_NOEXCEPT;
 

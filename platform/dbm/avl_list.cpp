@@ -118,8 +118,9 @@ int AvlList::Remove(const void* probe) {
 int AvlList::Settle() {
     if (!IsOpen()) return 0;
     const size_t transaction = mdb_txn_id(txn_);
+    const bool changed = count_changed_;
     int code = 0;
-    if (count_changed_) {
+    if (changed) {
         code = OpenCursor();
         if (code == 0) {
             uint8_t bytes[kCountSize];
@@ -131,7 +132,9 @@ int AvlList::Settle() {
         }
     }
     Drop();
-    if (code == 0) resumes_in_ = transaction + 1;
+    /* LMDB gives the number of a transaction that changed nothing to the next one, which may be
+     * another process's: then the one after it knows nothing. */
+    if (code == 0 && changed) resumes_in_ = transaction + 1;
     return code;
 }
 

@@ -7,6 +7,39 @@ namespace {
 
 constexpr uint32_t kAttributes[4] = {4, 8, 20, 0};
 
+/* A process that works when it is told to; made while this one has nothing open. */
+class OtherProcess {
+  public:
+    template <class Work>
+    explicit OtherProcess(Work work) {
+        EXPECT_EQ(pipe(go_) | pipe(done_), 0);
+        child_ = fork();
+        if (child_ != 0) return;
+        char byte;
+        if (read(go_[0], &byte, 1) != 1) _exit(2);
+        const uint32_t result = work();
+        (void)!write(done_[1], "x", 1);
+        _exit(result == 0 ? 0 : 1);
+    }
+    ~OtherProcess() {
+        for (int fd : {go_[0], go_[1], done_[0], done_[1]}) close(fd);
+    }
+    /* Waits for the end of the work, which must succeed. */
+    void Run() {
+        char byte = 0;
+        ASSERT_EQ(write(go_[1], "x", 1), 1);
+        ASSERT_EQ(read(done_[0], &byte, 1), 1);
+        int status = -1;
+        waitpid(child_, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+
+  private:
+    int go_[2];
+    int done_[2];
+    pid_t child_;
+};
+
 class AvlCount : public DatabaseTest {
   protected:
     void SetUp() override {
@@ -28,6 +61,14 @@ class AvlCount : public DatabaseTest {
         return DBM_RemoveAvlList(handle_, list, 5, 12, Entry(serial).data());
     }
     uint32_t Count(const char* list = "list") { return DBM_GetEntryNum(handle_, list, 5); }
+    void CloseAll() {
+        ASSERT_EQ(DBM_Close(handle_), 0u);
+        opened_.clear();
+    }
+    uint32_t InsertAnew(uint64_t serial) {
+        handle_ = Create();
+        return Insert(serial);
+    }
     /* The serial numbers that a walk meets. */
     std::vector<uint64_t> Walk(bool up, const char* list = "list") {
         std::vector<uint64_t> serials;
@@ -145,30 +186,28 @@ TEST_F(AvlCount, StartsAnewAfterTheListWasDeletedAndMadeAgain) {
 }
 
 TEST_F(AvlCount, FollowsAnotherProcessThatInsertsInBetween) {
-    ASSERT_EQ(DBM_Close(handle_), 0u);
-    opened_.clear();
-    int go[2], done[2];
-    ASSERT_EQ(pipe(go) | pipe(done), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        char byte;
-        if (read(go[0], &byte, 1) != 1) _exit(2);
-        handle_ = Create();
-        const uint32_t result = Insert(2);
-        (void)!write(done[1], "x", 1);
-        _exit(result == 0 ? 0 : 1);
-    }
+    CloseAll();
+    OtherProcess other([this] { return InsertAnew(2); });
     handle_ = Create();
     EXPECT_EQ(Insert(1), 0u);
-    char byte = 0;
-    ASSERT_EQ(write(go[1], "x", 1), 1);
-    ASSERT_EQ(read(done[0], &byte, 1), 1);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    other.Run();
     EXPECT_EQ(Insert(3), 0u);
     EXPECT_EQ(Count(), 3u);
-    for (int fd : {go[0], go[1], done[0], done[1]}) close(fd);
+}
+
+/* A scope that changes nothing uses up no transaction number: the other process gets its. */
+TEST_F(AvlCount, FollowsAnotherProcessThatInsertsAfterAScopeWithoutAChange) {
+    CloseAll();
+    OtherProcess other([this] { return InsertAnew(2); });
+    handle_ = Create();
+    EXPECT_EQ(Insert(1), 0u);
+    ASSERT_EQ(DBM_Begin(handle_), 0u);
+    EXPECT_EQ(Insert(1), kFailed);
+    ASSERT_EQ(DBM_Commit(handle_), 0u);
+    other.Run();
+    EXPECT_EQ(Insert(3), 0u);
+    EXPECT_EQ(Count(), 3u);
+    EXPECT_EQ(Walk(true), (Serials{1, 2, 3}));
 }
 
 TEST_F(AvlCount, StaysWhenTheDatabaseIsOpenedAgain) {

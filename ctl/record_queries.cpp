@@ -137,19 +137,27 @@ Message Question(const RecordFilter& filter, bool brief, uint32_t limit) {
     return request;
 }
 
+Failure RefusedRecords(const std::string& object, uint32_t code) {
+    if (code != DOM_ERR_FAILED) return Refused(object, code);
+    return Failure(kExitRefused, object, "the daemon cannot read them in its run database",
+                   "See the daemon's log; a restarted daemon moves a damaged run database away and "
+                   "begins anew",
+                   code);
+}
+
 /// Null when no record meets the question.
 Message Ask(Client& client, Message request) {
     Reply reply = client.Read(request.release());
     if (!reply.data) {
         if (reply.refusal == DOM_RESULT_NO_RECORD) return nullptr;
-        throw Refused("user records", reply.refusal);
+        throw RefusedRecords("user records", reply.refusal);
     }
     uint32_t result = 0;
     if (TLV_ITER* it = TLV_GetIteratorByType(reply.data.get(), DOM_TLV_RESULT)) {
         result = AAA_GetUINTTlvValue(reply.data.get(), it);
     }
     if (result == DOM_RESULT_NO_RECORD) return nullptr;
-    if (result != 0) throw Refused("user records", result);
+    if (result != 0) throw RefusedRecords("user records", result);
     return std::move(reply.data);
 }
 
@@ -355,7 +363,7 @@ uint32_t ResetRecords(Client& client, uint16_t list) {
     Message answer;
     const uint32_t result =
         client.Change(DOM_userrecord_tlv_EncodeResetRecord(code), DOM_OP_CLEAR_RECORDS, &answer);
-    if (result != DOM_OK) throw Refused("record list " + RecordListWord(list), result);
+    if (result != DOM_OK) throw RefusedRecords("records of list " + RecordListWord(list), result);
     TLV_ITER* it = TLV_GetIteratorByType(answer.get(), DOM_TLV_RECORD_COUNT);
     if (it == nullptr) throw Unreadable();
     return AAA_GetUINTTlvValue(answer.get(), it);

@@ -52,7 +52,7 @@ bool Append(TLV_MSG* reply, uint32_t list, const UserRecord& record, bool brief)
            DOM_userrecord_tlv_EncodeRecordBrief(reply, &record) == DOM_OK;
 }
 
-/// Null for want of memory.
+/// Null for want of memory, and when the records cannot be read.
 Message MakePage(const RecordStore& store, const RecordQuery& query) {
     Message reply(DOM_userrecord_tlv_EncodeRecordHeader(query.list));
     if (!reply) return nullptr;
@@ -71,8 +71,16 @@ Message MakePage(const RecordStore& store, const RecordQuery& query) {
         }
         scan.Advance();
     }
+    if (scan.Failed()) return nullptr;
     if (records == 0 && scan.AtEnd()) return NoRecord();
     return EndOfPage(std::move(reply), looked_at, scan);
+}
+
+/// False too when the list cannot be read, whose number of records reads 0 as well.
+bool IsEmpty(const RecordStore& store, uint32_t list) {
+    RecordCursor cursor(store, list, 0);
+    uint8_t head[RecordCursor::kSerialEnd];
+    return cursor.Next(head, sizeof head) == 0 && !cursor.Failed();
 }
 
 Message AnswerPage(const RecordStore& store, const RecordQuery& query, uint32_t& refusal) {
@@ -104,7 +112,14 @@ Message AnswerRecordNumber(const RecordStore& store, TLV_MSG* body, uint32_t& re
     std::vector<uint32_t> lists;
     if (!ReadRecordLists(body, lists)) return Malformed(refusal);
     uint64_t number = 0;
-    for (const uint32_t list : lists) number += store.Count(list);
+    for (const uint32_t list : lists) {
+        const uint64_t records = store.Count(list);
+        if (records == 0 && !IsEmpty(store, list)) {
+            refusal = DOM_ERR_FAILED;
+            return nullptr;
+        }
+        number += records;
+    }
     const auto shown =
         static_cast<uint32_t>(std::min<uint64_t>(number, std::numeric_limits<uint32_t>::max()));
     Message reply(DOM_userrecord_tlv_EncodeDisplayRecordNumber(DOM_MSG_RECORD_NUMBER, shown));

@@ -18,13 +18,19 @@ bool RecordScan::Head::Read() {
 RecordScan::RecordScan(const RecordStore& store, const std::vector<RecordPosition>& positions) {
     for (const RecordPosition& position : positions) {
         auto head = std::make_unique<Head>(store, position);
-        if (head->Read()) heads_.push_back(std::move(head));
+        if (Read(*head)) heads_.push_back(std::move(head));
     }
     ChooseHead();
 }
 
+bool RecordScan::Read(Head& head) {
+    const bool has_record = head.Read();
+    failed_ |= head.cursor.Failed();
+    return has_record;
+}
+
 void RecordScan::Advance() {
-    if (!head_->Read()) {
+    if (!Read(*head_)) {
         heads_.erase(std::find_if(heads_.begin(), heads_.end(),
                                   [&](const auto& head) { return head.get() == head_; }));
     }

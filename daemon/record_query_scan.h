@@ -22,6 +22,8 @@ class RecordScan {
     RecordScan(const RecordStore& store, const std::vector<RecordPosition>& positions);
 
     bool AtEnd() const { return head_ == nullptr; }
+    /// A list could not be read (any more): what the walk has shown is not the answer.
+    bool Failed() const { return failed_; }
     uint32_t List() const { return head_->list; }
     const RecordFields& Fields() const { return head_->fields; }
     /// The first kComparedSize bytes of the stored form, all of it when there is no detail text.
@@ -45,10 +47,12 @@ class RecordScan {
         RecordFields fields;
     };
 
+    bool Read(Head& head);
     void ChooseHead();
 
     std::vector<std::unique_ptr<Head>> heads_;  // ascending by list; those at their end are gone
     Head* head_ = nullptr;
+    bool failed_ = false;
 };
 
 }  // namespace aaad

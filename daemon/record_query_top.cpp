@@ -91,7 +91,7 @@ class Counts {
     std::unordered_map<std::string, size_t> places_;  // by value in small letters
 };
 
-/// Null for want of memory.
+/// Null for want of memory, and when the records cannot be read.
 Message MakeTop(const RecordStore& store, const RecordQuery& query) {
     Message reply(DOM_userrecord_tlv_EncodeRecordHeader(query.list));
     if (!reply) return nullptr;
@@ -103,6 +103,7 @@ Message MakeTop(const RecordStore& store, const RecordQuery& query) {
         ++looked_at;
         scan.Advance();
     }
+    if (scan.Failed()) return nullptr;
     if (counts.IsEmpty() && scan.AtEnd()) return NoRecord();
     if (!counts.AppendTo(reply.get())) return nullptr;
     return EndOfPage(std::move(reply), looked_at, scan);

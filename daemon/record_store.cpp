@@ -58,24 +58,32 @@ void SendToStandby(uint32_t list, uint32_t operation, const UserRecord& record) 
         operation, list == DOM_RECORD_NORMAL_OFFLINE ? kNormalOffline : kAbnormalOffline, &record);
 }
 
-/// The serial number at an end of a list, 0 when the list is empty.
-uint64_t SerialAt(DBM_HANDLE handle, uint32_t list, int32_t (*step)(DBM_CURSOR*, uint32_t, void*)) {
+/// Reads the serial number at an end of a list, 0 when the list is empty. False when it cannot be
+/// read: a list that seems empty would give numbers that are in use.
+bool SerialAt(DBM_HANDLE handle, uint32_t list, int32_t (*step)(DBM_CURSOR*, uint32_t, void*),
+              uint64_t& serial) {
     const RecordListKey* key = FindRecordListKey(list);
     DBM_CURSOR* cursor = nullptr;
-    if (DBM_CursorOpen(handle, key->text, key->length, &cursor) != 0) return 0;
+    if (DBM_CursorOpen(handle, key->text, key->length, &cursor) != 0) return false;
     uint8_t head[RecordCursor::kSerialEnd];
     const int32_t length = step(cursor, sizeof head, head);
     DBM_CursorClose(cursor);
-    return length == sizeof head ? RecordCursor::SerialOf(head) : 0;
+    serial = length == sizeof head ? RecordCursor::SerialOf(head) : 0;
+    return length == 0 || length == sizeof head;
+}
+
+Failure NotUsable(const std::string& run_dir) {
+    return Failure("record database below " + run_dir,
+                   "it cannot be opened (the DBM line of the system log names the cause)",
+                   "Make room and the directory writable for the daemon's user");
 }
 
 }  // namespace
 
 RecordStore::RecordStore(std::string run_dir, uint32_t max_records)
     : run_dir_(std::move(run_dir)), max_records_(std::max(max_records, 1u)) {
-    Open();
     const std::lock_guard<std::mutex> lock(mutex_);
-    FindSerials();
+    Open();
     // The limit may be lower than when the records were stored.
     const bool begun = DBM_Begin(handle_) == 0;
     const bool trimmed = begun && MakeRoom();
@@ -83,7 +91,7 @@ RecordStore::RecordStore(std::string run_dir, uint32_t max_records)
     if (!trimmed || DBM_Commit(handle_) != 0) {
         LogUnsaved(0);  // the first record that arrives tries again
         gone_.clear();
-        FindSerials();
+        (void)FindSerials();
     }
     TellDropped();
     Log(Severity::kNotice,
@@ -105,8 +113,8 @@ RecordStore::~RecordStore() {
 /// Records are not worth a daemon that does not start: after a crash of the machine their database
 /// may be damaged.
 void RecordStore::Open() {
-    handle_ = DOM_CreateRecordRunDB();
-    if (handle_ == DBM_INVALID_HANDLE) {
+    bool readable = TryOpen();
+    if (!readable) {
         const std::string path = run_dir_ + "/" DOM_RUN_DB_DATABASE;
         const std::string away = path + ".unreadable";
         std::error_code error;
@@ -114,19 +122,25 @@ void RecordStore::Open() {
         std::filesystem::rename(path, away, error);
         if (!error) {
             Log(Severity::kError,
-                "record database %s: it cannot be opened (the DBM line before names the cause) and "
-                "was moved to %s; records begin anew. Remove that directory",
+                "record database %s: it cannot be opened or read (the DBM line before names the "
+                "cause) and was moved to %s; records begin anew. Remove that directory",
                 path.c_str(), away.c_str());
-            handle_ = DOM_CreateRecordRunDB();
+            readable = TryOpen();
         }
     }
-    if (handle_ != DBM_INVALID_HANDLE) DOM_SetRecordRunDBHandle(handle_);
-    if (handle_ == DBM_INVALID_HANDLE || DOM_CreateAllRecordDBAvlList() != DOM_OK) {
-        (void)DOM_DestroyRecordRunDB();
-        throw Failure("record database below " + run_dir_,
-                      "it cannot be opened (the DBM line of the system log names the cause)",
-                      "Make room and the directory writable for the daemon's user");
-    }
+    if (!readable) throw NotUsable(run_dir_);
+}
+
+/// False, and nothing is open, when the database cannot be opened or one of its lists not read.
+bool RecordStore::TryOpen() {
+    handle_ = DOM_CreateRecordRunDB();
+    if (handle_ == DBM_INVALID_HANDLE) return false;
+    DOM_SetRecordRunDBHandle(handle_);
+    const bool has_lists = DOM_CreateAllRecordDBAvlList() == DOM_OK;
+    if (has_lists && FindSerials()) return true;
+    handle_ = DOM_DestroyRecordRunDB();
+    if (!has_lists) throw NotUsable(run_dir_);  // want of room is no damage
+    return false;
 }
 
 RecordStore::List* RecordStore::Find(uint32_t list) {
@@ -140,13 +154,16 @@ uint64_t RecordStore::Count(uint32_t list) const {
 }
 
 /// Reads what the database holds, in the open transaction if there is one. A serial number that was
-/// given stays given, also when its record has gone.
-void RecordStore::FindSerials() {
+/// given stays given, also when its record has gone. False when a list cannot be read.
+bool RecordStore::FindSerials() {
     for (const uint32_t list : kRecordLists) {
+        uint64_t last = 0;
+        if (!SerialAt(handle_, list, DBM_CursorLast, last)) return false;
         List& state = *Find(list);
         state.count = Count(list);
-        state.last_serial = std::max(state.last_serial, SerialAt(handle_, list, DBM_CursorLast));
+        state.last_serial = std::max(state.last_serial, last);
     }
+    return true;
 }
 
 void RecordStore::TakeSwitches() {
@@ -254,7 +271,8 @@ bool RecordStore::MakeRoom() {
     for (const uint32_t number : kRecordLists) {
         List& list = *Find(number);
         for (; list.count > max_records_; --list.count) {
-            const uint64_t serial = SerialAt(handle_, number, DBM_CursorFirst);
+            uint64_t serial = 0;
+            if (!SerialAt(handle_, number, DBM_CursorFirst, serial)) return false;
             if (Remove(number, serial) != DOM_OK) return false;
             gone_.emplace_back(number, serial);
         }
@@ -307,8 +325,7 @@ uint32_t RecordStore::Apply(TLV_MSG* message) {
     gone_.clear();
     uint32_t result = DOM_RestoreData(message, 0, 0, 0, nullptr, nullptr);
     if (result == DOM_OK) {
-        FindSerials();
-        if (!MakeRoom()) result = AAAD_ERR_NOT_SAVED;
+        if (!FindSerials() || !MakeRoom()) result = AAAD_ERR_NOT_SAVED;
     }
     if (result != DOM_OK) {
         (void)DBM_Abort(handle_);

@@ -45,14 +45,16 @@ struct RecordCounters {
 class RecordStore {
   public:
     /// Opens the run database below the runtime root of DBM_SetRoot (which is `run_dir`) and
-    /// creates the lists. A database that cannot be opened is moved away once. Throws Failure.
+    /// creates the lists. A database that cannot be opened or read is moved away once. Throws
+    /// Failure.
     RecordStore(std::string run_dir, uint32_t max_records);
     ~RecordStore();
     RecordStore(const RecordStore&) = delete;
     RecordStore& operator=(const RecordStore&) = delete;
 
     DBM_HANDLE Handle() const { return handle_; }
-    /// Records in a list as of the last transaction; 0 for a number that is no list.
+    /// Records in a list as of the last transaction; 0 for a number that is no list and for a list
+    /// that cannot be read.
     uint64_t Count(uint32_t list) const;
 
     /// Takes the switches and backup methods over from the calling thread's role: they count for
@@ -83,7 +85,8 @@ class RecordStore {
 
     List* Find(uint32_t list);
     void Open();
-    void FindSerials();
+    bool TryOpen();
+    bool FindSerials();
     bool Keep(ArrivedRecord& arrived);
     bool MakeRoom();
     bool IsKept(uint32_t list) const;
@@ -118,17 +121,22 @@ class RecordCursor {
 
     /// Copies the next record's stored form to `buffer` (DOM_DB_VALUE_MAX bytes hold every record,
     /// a shorter buffer gets its first bytes, which begin with the serial number). Returns the
-    /// bytes copied, 0 at the end and when the database cannot be read.
+    /// bytes copied, 0 at the end and when the database cannot be read, which Failed tells apart.
     uint32_t Next(void* buffer, uint32_t size);
+    /// True from the first time on that the database could not be read: the walk is incomplete.
+    bool Failed() const { return failed_; }
 
     /// Serial number of a stored form of at least kSerialEnd bytes.
     static uint64_t SerialOf(const void* stored);
     static constexpr uint32_t kSerialEnd = 12;
 
   private:
+    uint32_t Taken(int32_t length);
+
     DBM_CURSOR* cursor_ = nullptr;
     uint64_t below_;
     bool started_ = false;
+    bool failed_ = false;
 };
 
 }  // namespace aaad

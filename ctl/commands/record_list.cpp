@@ -14,13 +14,16 @@ namespace {
 constexpr uint32_t kPage = 500;
 constexpr const char* kDefaultLimit = "50";
 
+bool IsSerial(const std::string& word) {
+    return !word.empty() && word.size() <= 19 &&
+           word.find_first_not_of("0123456789") == std::string::npos;
+}
+
 /// "online-fail:120" goes on in that list below number 120.
 RecordPosition ParsePosition(const std::string& word) {
     const size_t colon = word.find(':');
     const std::string number = colon == std::string::npos ? "" : word.substr(colon + 1);
-    if (number.empty() || number.size() > 19 ||
-        number.find_first_not_of("0123456789") != std::string::npos ||
-        word.substr(0, colon) == "all") {
+    if (!IsSerial(number) || word.substr(0, colon) == "all") {
         RefuseUsage("position \"" + Printable(word) + "\"", "it is no list and number",
                     "Give positions as the former answer shows them, as online-fail:120");
     }
@@ -61,7 +64,15 @@ class List : public Command {
         const uint32_t limit = all_ ? UINT32_MAX : ParseNumber("limit", limit_, UINT32_MAX);
         if (limit == 0) RefuseUsage("limit", "it is 0", "Give 1 or more, or --all");
         RecordPositions next;
-        for (const std::string& word : continue_) next.push_back(ParsePosition(word));
+        for (const std::string& word : continue_) {
+            const RecordPosition position = ParsePosition(word);
+            for (const RecordPosition& other : next) {
+                if (other.list != position.list) continue;
+                RefuseUsage("position \"" + word + "\"", "its list has another position already",
+                            "Give one position of each list");
+            }
+            next.push_back(position);
+        }
 
         Output& output = context.output;
         const size_t total = all_ ? RecordsToSearch(context, filter) : 0;
@@ -124,7 +135,11 @@ class Show : public Command {
         app.add_option("serial", serial_, "The record's number in its list")->required();
     }
     void Run(Context& context) override {
-        const RecordPosition wanted = ParsePosition(list_ + ":" + serial_);
+        if (!IsSerial(serial_)) {
+            RefuseUsage("record number \"" + Printable(serial_) + "\"", "it is no decimal number",
+                        "Give the number as aaactl record list shows it");
+        }
+        const RecordPosition wanted{ParseRecordList(list_), std::stoull(serial_)};
         RecordFilter filter;
         filter.list = static_cast<uint16_t>(wanted.list);
         const RecordPage page =

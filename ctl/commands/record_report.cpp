@@ -21,6 +21,18 @@ void SetText(char (&field)[N], const std::string& what, const std::string& text)
     memcpy(field, text.c_str(), text.size() + 1);
 }
 
+/// The stored form has so much room behind the other fields; of a longer detail the daemon stores
+/// nothing.
+constexpr size_t kLongestDetail = 64850;
+
+void CheckDetailFits(const std::string& detail) {
+    if (detail.size() <= kLongestDetail) return;
+    RefuseUsage("detail",
+                "it has " + std::to_string(detail.size()) + " characters, " +
+                    std::to_string(kLongestDetail) + " fit",
+                "Give a shorter text");
+}
+
 /// Access modules name interfaces by the system's index. A name that this system need not know
 /// takes the place of the looked-up one.
 Message WithInterface(Message report, const std::string& name) {
@@ -65,7 +77,7 @@ class Report : public Command {
         app.add_option("--service", service_, "The number of the service or slot");
         app.add_option("--access-type", access_type_, "The code of the access type");
         app.add_option("--session", session_, "The length of the session, as 90s or 2h");
-        app.add_option("--detail", detail_, "Free text");
+        app.add_option("--detail", detail_, "Free text, at most 64850 characters");
         app.add_option("--flags", flags_, "The access module's own flags");
     }
     void Run(Context& context) override {
@@ -84,6 +96,7 @@ class Report : public Command {
         source.number16[2] = ParseNumber16("service", service_);
         source.third_number = ParseDuration("--session", session_);
         source.fourth_number = ParseNumber("access type", access_type_, UINT32_MAX);
+        CheckDetailFits(detail_);
         if (!detail_.empty()) {
             source.detail = detail_.data();
             source.detail_len = static_cast<uint32_t>(detail_.size() + 1);

@@ -30,6 +30,7 @@ class Top : public Command {
             filter.since = now > length ? now - length : 0;
         }
         const uint32_t limit = ParseNumber("limit", limit_, UINT32_MAX);
+        if (limit == 0) RefuseUsage("limit", "it is 0", "Give 1 or more");
         const TopBy by = by_ == "reason"   ? TopBy::kReason
                          : by_ == "domain" ? TopBy::kDomain
                                            : TopBy::kInterface;

@@ -3,6 +3,7 @@
 
 #include "integration/ctl_process.h"
 #include "integration/record_query_client.h"
+#include "integration/record_reports.h"
 
 using namespace daemon_test;
 
@@ -19,7 +20,7 @@ class CtlRecords : public DaemonTest {
     void SetUp() override {
         DaemonTest::SetUp();
         if (HasFatalFailure()) return;
-        SwitchRecordsOn();
+        KeepAllRecords();
         ASSERT_EQ(daemon_.Terminate(), 0);
         FillRecords(daemon_, DOM_RECORD_NORMAL_OFFLINE, 1, kMany,
                     [](UserRecord& record) { record.first_number = 1772360400; });
@@ -81,6 +82,34 @@ TEST_F(CtlRecords, ControlCharactersAreEscaped) {
     const std::string text = Answer("record show online-fail 1");
     EXPECT_NE(text.find("a\\x1b[2Jb"), std::string::npos) << text;
     EXPECT_NE(text.find("x\\x0ay"), std::string::npos) << text;
+    (void)Answer("record report --domain \"$(printf 'c\\033[2Jd')\"");
+    const std::string top = Answer("record top --by domain --list online-fail");
+    EXPECT_NE(top.find("c\\x1b[2Jd"), std::string::npos) << top;
+}
+
+TEST_F(CtlRecords, LongestDetailIsStoredAndALongerOneRefused) {
+    const std::string longest(64850, 'd');
+    (void)Answer("record report --detail " + longest);
+    EXPECT_NE(Answer("record show online-fail 1").find(longest), std::string::npos);
+    const CtlAnswer answer = RunCtl(daemon_, "record report --detail " + longest + "d");
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_NE(answer.text.find("64850 fit"), std::string::npos) << answer.text.substr(0, 200);
+}
+
+TEST_F(CtlRecords, ListGoesOnAtOnePlaceOnly) {
+    const CtlAnswer answer = RunCtl(daemon_, "record list --continue normal:9 normal:5");
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_NE(answer.text.find("\"normal:5\""), std::string::npos) << answer.text;
+}
+
+TEST_F(CtlRecords, TopOfNoLinesIsWrongUsage) {
+    EXPECT_EQ(RunCtl(daemon_, "record top --limit 0").status, 2);
+}
+
+TEST_F(CtlRecords, ShowWantsANumber) {
+    const CtlAnswer answer = RunCtl(daemon_, "record show normal newest");
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_NE(answer.text.find("record number \"newest\""), std::string::npos) << answer.text;
 }
 
 TEST_F(CtlRecords, ReportWithoutDaemonSaysSo) {

@@ -72,6 +72,13 @@ bool SerialAt(DBM_HANDLE handle, uint32_t list, int32_t (*step)(DBM_CURSOR*, uin
     return length == 0 || length == sizeof head;
 }
 
+/// The greatest numbers that were given: each list's, in the order of kRecordLists, 8 bytes in
+/// network order. A list that was cleared does not tell them at the next start.
+constexpr char kSerialsKey[] = "AaadRecordSerials";
+constexpr uint32_t kSerialsValueType = 44;
+constexpr size_t kSerialBytes = 8;
+using SavedSerials = std::array<uint8_t, kSerialBytes * kRecordLists.size()>;
+
 Failure NotUsable(const std::string& run_dir) {
     return Failure("record database below " + run_dir,
                    "it cannot be opened (the DBM line of the system log names the cause)",
@@ -156,14 +163,35 @@ uint64_t RecordStore::Count(uint32_t list) const {
 /// Reads what the database holds, in the open transaction if there is one. A serial number that was
 /// given stays given, also when its record has gone. False when a list cannot be read.
 bool RecordStore::FindSerials() {
+    SavedSerials saved{};
+    if (DBM_GetBinary(handle_, kSerialsKey, sizeof kSerialsKey, -1, saved.size(), saved.data()) <
+        0) {
+        return false;
+    }
+    const uint8_t* byte = saved.data();
     for (const uint32_t list : kRecordLists) {
         uint64_t last = 0;
         if (!SerialAt(handle_, list, DBM_CursorLast, last)) return false;
         List& state = *Find(list);
         state.count = Count(list);
-        state.last_serial = std::max(state.last_serial, last);
+        uint64_t given = 0;
+        for (size_t i = 0; i < kSerialBytes; ++i) given = given << 8 | *byte++;
+        state.last_serial = std::max({state.last_serial, last, given});
     }
     return true;
+}
+
+/// Into the open transaction.
+bool RecordStore::SaveSerials(const Lists& lists) {
+    SavedSerials saved;
+    uint8_t* byte = saved.data();
+    for (const List& list : lists) {
+        for (size_t i = kSerialBytes; i-- > 0;) {
+            *byte++ = static_cast<uint8_t>(list.last_serial >> (8 * i));
+        }
+    }
+    return DBM_SetBinary(handle_, kSerialsKey, sizeof kSerialsKey, -1, saved.size(), saved.data(),
+                         kSerialsValueType) == 0;
 }
 
 void RecordStore::TakeSwitches() {
@@ -219,7 +247,7 @@ void RecordStore::Store(std::vector<ArrivedRecord>& arrived) {
 
 /// All records that are to be kept in one transaction. False: none of them is stored.
 bool RecordStore::TryStore(ArrivedRecord* first, size_t number) {
-    const auto before = lists_;
+    const Lists before = lists_;
     gone_.clear();
     bool saved = DBM_Begin(handle_) == 0;
     if (saved) {
@@ -302,18 +330,24 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
         (void)DBM_Abort(handle_);
         return result;
     }
-    if (DBM_Commit(handle_) != 0) {
-        LogUnsaved(0);
-        return AAAD_ERR_NOT_SAVED;
-    }
-    for (const uint32_t list : kRecordLists) {
-        if ((reset->lists & BitOf(list)) == 0) continue;
-        List& state = *Find(list);
-        removed += static_cast<uint32_t>(state.count);
+    Lists cleared = lists_;
+    uint32_t gone = 0;
+    for (size_t i = 0; i < kRecordLists.size(); ++i) {
+        if ((reset->lists & BitOf(kRecordLists[i])) == 0) continue;
+        List& state = cleared[i];
+        gone += static_cast<uint32_t>(state.count);
         state.count = 0;
         // The numbers go on: nobody takes a new record for one that he has seen before.
         if (state.last_serial == UINT64_MAX) state.last_serial = 0;
     }
+    const bool saved = SaveSerials(cleared);
+    if (!saved) (void)DBM_Abort(handle_);
+    if (!saved || DBM_Commit(handle_) != 0) {
+        LogUnsaved(0);
+        return AAAD_ERR_NOT_SAVED;
+    }
+    lists_ = cleared;
+    removed = gone;
     Dom_SyncClearUserRecord(reset->kind);
     return DOM_OK;
 }
@@ -321,11 +355,11 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
 uint32_t RecordStore::Apply(TLV_MSG* message) {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (DBM_Begin(handle_) != 0) return AAAD_ERR_NOT_SAVED;
-    const auto before = lists_;
+    const Lists before = lists_;
     gone_.clear();
     uint32_t result = DOM_RestoreData(message, 0, 0, 0, nullptr, nullptr);
     if (result == DOM_OK) {
-        if (!FindSerials() || !MakeRoom()) result = AAAD_ERR_NOT_SAVED;
+        if (!FindSerials() || !SaveSerials(lists_) || !MakeRoom()) result = AAAD_ERR_NOT_SAVED;
     }
     if (result != DOM_OK) {
         (void)DBM_Abort(handle_);

@@ -83,10 +83,13 @@ class RecordStore {
         uint64_t count = 0;        // as committed or in the open transaction
     };
 
+    using Lists = std::array<List, kRecordLists.size()>;
+
     List* Find(uint32_t list);
     void Open();
     bool TryOpen();
     bool FindSerials();
+    bool SaveSerials(const Lists& lists);
     bool Keep(ArrivedRecord& arrived);
     bool MakeRoom();
     bool IsKept(uint32_t list) const;
@@ -102,7 +105,7 @@ class RecordStore {
     std::atomic<uint32_t> backed_up_lists_{0};  // likewise
 
     mutable std::mutex mutex_;
-    std::array<List, kRecordLists.size()> lists_;      // guarded by mutex_
+    Lists lists_;                                      // guarded by mutex_
     RecordCounters counters_;                          // guarded by mutex_
     std::vector<std::pair<uint32_t, uint64_t>> gone_;  // dropped by the open transaction
     LogLimit unsaved_limit_;                           // guarded by mutex_

@@ -229,6 +229,18 @@ TEST_F(DaemonRecordStore, NumbersGoOnAfterAReset) {
     EXPECT_EQ(In(kFail), (Serials{3}));
 }
 
+TEST_F(DaemonRecordStore, NumbersOfAClearedListGoOnAfterARestart) {
+    Send(kFail, 2);
+    Send(kNormal, 1);
+    ASSERT_EQ(Change(CodeAlone(DOM_MSG_RESET_ONLINE_FAIL), DOM_OP_CLEAR_RECORDS), DOM_OK);
+    daemon_.Kill();
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(In(kFail), Serials{});
+    EXPECT_EQ(SendRecord(kFail, SampleRecord("next")).serial, 3u);
+    EXPECT_EQ(SendRecord(kNormal, SampleRecord("next")).serial, 2u);
+    EXPECT_EQ(SendRecord(kAbnormal, SampleRecord("first")).serial, 1u);
+}
+
 TLV_MSG* FromActiveBoard(uint32_t list, const Serials& serials) {
     TLV_MSG* message = TLV_Create();
     EXPECT_EQ(AAA_AppendUINTTlvData(message, DOM_TLV_MSG_CODE, DOM_MSG_USER_RECORD), 0u);
@@ -250,6 +262,14 @@ TEST_F(DaemonRecordStore, RecordsOfTheActiveBoardKeepTheirNumbers) {
 }
 
 // The active board sends all of them again when it lost sight of this one.
+TEST_F(DaemonRecordStore, NumberOfADeletedRecordIsNotGivenAgainAfterARestart) {
+    ASSERT_EQ(Change(FromActiveBoard(kAbnormal, {7, 9})), DOM_OK);
+    ASSERT_EQ(Change(DOM_EncodeDelUserRecord(kAbnormal, 9), DOM_OP_DELETE), DOM_OK);
+    daemon_.Kill();
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(SendRecord(kAbnormal, SampleRecord("own")).serial, 10u);
+}
+
 TEST_F(DaemonRecordStore, RecordThatTheActiveBoardSendsAgainStaysAsItIs) {
     ASSERT_EQ(SendRecord(kFail, SampleRecord("mine")).serial, 1u);
     EXPECT_EQ(Change(FromActiveBoard(kFail, {5, 1, 6})), DOM_OK);

@@ -20,6 +20,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/role.h"
 #include "golden/sample_policy.h"
+#include "unit/policy/saved_policy_fixture.h"
 
 namespace aaadom {
 
@@ -58,31 +59,8 @@ inline std::string Dump(const ItaPolicy& policy) {
     return out.str();
 }
 
-class ItaDataTest : public ::testing::Test {
+class ItaDataTest : public SavedPolicyTest<DOM_ita_db_SetGlobalHandle> {
   protected:
-    void SetUp() override {
-        fake::Reset();
-        live_before_ = fake::LiveMessages();
-        ASSERT_EQ(fake::InitBothRoles(), DOM_OK);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
-        DOM_ita_db_SetGlobalHandle(handle_);
-        fake::ClearDbmCalls();
-    }
-    void TearDown() override {
-        fake::DisarmFailures();
-        EXPECT_EQ(fake::HeldLocks(), 0);
-        for (const fake::DbmCall& call : fake::DbmCalls())
-            EXPECT_EQ(call.held_locks, 0) << call.call << " with the policies locked";
-        DOM_ita_db_SetGlobalHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        (void)fake::FiniBothRoles();
-        EXPECT_EQ(fake::LiveMessages(), live_before_);
-        EXPECT_TRUE(fake::Misuses().empty());
-    }
-
     /// A copy of the sample policy for the store.
     static ItaPolicy* NewSample(const char* name = "gold") {
         ItaPolicy* policy = DOM_ita_CreatePolicy(name);
@@ -160,11 +138,6 @@ class ItaDataTest : public ::testing::Test {
         return text;
     }
     std::string Read(const char* name) const { return Read(handle_, name); }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    int64_t live_before_ = 0;
 };
 
 }  // namespace aaadom

@@ -19,6 +19,7 @@
 #include "base/text.h"
 #include "fakes/fake_platform.h"
 #include "fakes/role.h"
+#include "unit/policy/saved_policy_fixture.h"
 
 namespace aaadom {
 
@@ -45,31 +46,8 @@ struct RecSample {
     MethodEntry methods[DOM_METHODS] = {};
 };
 
-class RecTest : public ::testing::Test {
+class RecTest : public SavedPolicyTest<DOM_Rec_db_SetGlobalHandle> {
   protected:
-    void SetUp() override {
-        fake::Reset();
-        live_before_ = fake::LiveMessages();
-        ASSERT_EQ(fake::InitBothRoles(), DOM_OK);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
-        DOM_Rec_db_SetGlobalHandle(handle_);
-        fake::ClearDbmCalls();
-    }
-    void TearDown() override {
-        fake::DisarmFailures();
-        EXPECT_EQ(fake::HeldLocks(), 0);
-        for (const fake::DbmCall& call : fake::DbmCalls())
-            EXPECT_EQ(call.held_locks, 0) << call.call << " with the policy locked";
-        DOM_Rec_db_SetGlobalHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        (void)fake::FiniBothRoles();
-        EXPECT_EQ(fake::LiveMessages(), live_before_);
-        EXPECT_TRUE(fake::Misuses().empty());
-    }
-
     static void CreateSample() {
         const RecSample sample;
         ASSERT_EQ(DOM_Rec_CreatePolicy(0), DOM_OK);
@@ -110,11 +88,6 @@ class RecTest : public ::testing::Test {
         for (const uint32_t role : {fake::kWorkingRole, fake::kConfigRole})
             fake::InRole(role, [&] { return body(), 0; });
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    int64_t live_before_ = 0;
 };
 
 }  // namespace aaadom

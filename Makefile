@@ -3,12 +3,13 @@ JOBS ?= $(shell nproc)
 DESTDIR ?=
 PREFIX ?= /usr
 
-.PHONY: help demo test sanitize check bench install format clean
+.PHONY: help demo test sanitize check abi-update bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
 	@echo "make sanitize  the same tests under the address, undefined and thread sanitizers"
-	@echo "make check     layers, exports, headers, format, thread-safety analysis"
+	@echo "make check     layers, exports, headers, format, thread-safety analysis, ABI"
+	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
 	@echo "make bench     measure against peers in the same run"
 	@echo "make install   install below DESTDIR=$(DESTDIR) PREFIX=$(PREFIX)"
 	@echo "make format    lay out all sources"
@@ -37,11 +38,22 @@ sanitize:
 check:
 	tools/bootstrap
 	tools/check-layers
-	tools/check-headers
+	CC=gcc CXX=g++ tools/check-headers
+	CC=clang CXX=clang++ tools/check-headers
 	tools/check-format
 	cmake --preset clang -DAAADOM_TESTS=OFF --log-level=WARNING
 	cmake --build --preset clang -j $(JOBS)
 	tools/check-exports build/clang/src/libaaadom.so.1
+	tools/check-exports build/clang/platform/libaaaplatform.so.1
+	cmake --preset release --log-level=WARNING
+	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
+	tools/check-abi build/release
+
+abi-update:
+	tools/bootstrap
+	cmake --preset release --log-level=WARNING
+	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
+	tools/check-abi --update build/release
 
 bench:
 	tools/bootstrap bench
@@ -53,7 +65,7 @@ install:
 	tools/bootstrap
 	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) --log-level=WARNING
 	cmake --build --preset release -j $(JOBS)
-	DESTDIR=$(DESTDIR) cmake --install build/release
+	DESTDIR=$(DESTDIR) cmake --install build/release --strip
 
 format:
 	git ls-files '*.h' '*.cpp' '*.c' | xargs clang-format -i

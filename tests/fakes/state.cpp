@@ -116,11 +116,13 @@ int64_t LiveHashTables() {
     return live_hash_tables;
 }
 void CountBlocks(bool on) {
+    const CountingBlocks counting;
     const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
     AllBlocks().live.clear();
     counts_blocks = on;
 }
 int64_t LiveBlocks() {
+    const CountingBlocks counting;
     const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
     return static_cast<int64_t>(AllBlocks().live.size());
 }

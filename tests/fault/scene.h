@@ -16,6 +16,14 @@
 
 namespace fault {
 
+// Names that stand on Tables and Saved; the golden messages speak of the same ones.
+inline constexpr char kDomain[] = "isp-a.example";        ///< names the policy kPolicy
+inline constexpr char kOtherDomain[] = "isp-b.example";   ///< is the default domain
+inline constexpr char kNasIdProfile[] = "office";         ///< binds VLAN 7 to "nas-7"
+inline constexpr char kCriticalProfile[] = "Quarantine";  ///< VPN "vpn-0" and a default segment
+inline constexpr char kAuthorProfile[] = "Staff";         ///< VPN "vpn-0" and a default segment
+inline constexpr char kPolicy[] = "gold";                 ///< accounting policy with level 3
+
 /// Builds the stage of one run and clears it away: afterwards the process is as it was at its
 /// start.
 class Scene {

@@ -24,6 +24,7 @@
 #include <cstdlib>
 
 #include "base/text.h"
+#include "db/record_lists.h"
 #include "fakes/role.h"
 #include "golden/hex_file.h"
 #include "golden/sample_record.h"
@@ -188,6 +189,7 @@ Scene::~Scene() {
     DOM_SetRecordRunDBHandle(DBM_INVALID_HANDLE);
     if (config != DBM_INVALID_HANDLE) DBM_Close(config);
     if (run != DBM_INVALID_HANDLE) DBM_Close(run);
+    aaadom::EntryBuffer::FreeIdle();
     fake::role_of_this_thread = fake::kWorkingRole;
 }
 

@@ -151,10 +151,10 @@ void AddProcess(Part part) {
         .Add(DOM_GetUserRecordEnableDefault())
         .Add(DOM_GetUserRecordBackupMethodDefault())
         .Add(DOM_GetUserRecordRecoverFlag())
-        .Add(g_hDomDbmHandle)
-        .Add(g_hDomItaDBHandle)
-        .Add(g_hDomRecDBHandle)
-        .Add(DOM_GetRecordRunDBHandle());
+        .Add(g_hDomDbmHandle != DBM_INVALID_HANDLE)  // numbers differ from run to run
+        .Add(g_hDomItaDBHandle != DBM_INVALID_HANDLE)
+        .Add(g_hDomRecDBHandle != DBM_INVALID_HANDLE)
+        .Add(DOM_GetRecordRunDBHandle() != DBM_INVALID_HANDLE);
 }
 
 void AddCommands(Part part) {

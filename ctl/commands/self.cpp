@@ -5,7 +5,7 @@
 #include "../command.h"
 
 namespace aaactl {
-namespace {
+namespace self_commands {
 
 class Status : public Command {
   public:
@@ -130,9 +130,10 @@ class Manual : public Command {
     }
 };
 
-}  // namespace
+}  // namespace self_commands
 
 void AddSelfCommands(Commands& commands) {
+    using namespace self_commands;
     commands.push_back(std::make_unique<Status>());
     commands.push_back(std::make_unique<Completion>());
     commands.push_back(std::make_unique<Manual>());

@@ -1,13 +1,15 @@
 # Thin: everything is built by CMake presets (CMakePresets.json).
 JOBS ?= $(shell nproc)
 DESTDIR ?=
+FUZZ_SECONDS ?= 600
 PREFIX ?= /usr
 
-.PHONY: help demo test sanitize check abi-update bench install format clean
+.PHONY: help demo test sanitize fuzz check abi-update bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
 	@echo "make sanitize  the same tests under the address, undefined and thread sanitizers"
+	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
 	@echo "make check     layers, exports, headers, format, thread-safety analysis, ABI"
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
 	@echo "make bench     measure against peers in the same run"
@@ -34,6 +36,12 @@ sanitize:
 	cmake --preset tsan --log-level=WARNING
 	cmake --build --preset tsan -j $(JOBS)
 	ctest --preset tsan -j $(JOBS)
+
+fuzz:
+	tools/bootstrap
+	cmake --preset fuzz --log-level=WARNING
+	cmake --build build/fuzz -j $(JOBS) --target fuzz_targets
+	tools/fuzz build/fuzz $(FUZZ_SECONDS)
 
 check:
 	tools/bootstrap

@@ -1,0 +1,30 @@
+// A daemon in this process, without threads of its own for its endpoints, so that every input gives
+// the same run: its configuration in both roles, its databases in memory, its sockets.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "input.h"
+#include "message.h"
+
+namespace fuzz {
+
+class Daemon {
+  public:
+    /// Starts with empty databases.
+    Daemon();
+    ~Daemon();
+    Daemon(const Daemon&) = delete;
+    Daemon& operator=(const Daemon&) = delete;
+
+    /// Sends one packet to the request socket, or to the record socket, and serves it. The reply, a
+    /// well-formed one, must come; null when the packet cannot be sent.
+    Message Ask(bool record_socket, Bytes packet);
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace fuzz

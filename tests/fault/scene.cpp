@@ -193,10 +193,14 @@ Scene::~Scene() {
     fake::role_of_this_thread = fake::kWorkingRole;
 }
 
-void Scene::InitRoles() {
+void Scene::InstallService() {
     const AAADService service = FilledService();
     DOM_SetAAADService(&service);
     roles_ = true;
+}
+
+void Scene::InitRoles() {
+    InstallService();
     InEachRole([] { ExpectOk(DOM_DomainInfoTableInit()); });
     (void)DOM_CmdAuthorFailRecInit();
 }
@@ -273,6 +277,9 @@ TLV_MSG* Scene::Parse(const std::string& file) {
 }
 
 void Nothing(Scene&) {}
+void ServiceAlone(Scene& scene) {
+    scene.InstallService();
+}
 void EmptyTables(Scene& scene) {
     scene.InitRoles();
 }

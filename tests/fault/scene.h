@@ -32,7 +32,9 @@ class Scene {
     ~Scene();
     Scene(const Scene&) = delete;
 
-    /// Tables of both roles, and a service table whose slots 0, 10, 12, 14 and 19 are filled.
+    /// A service table whose slots 0, 10, 12, 13, 14 and 19 are filled.
+    void InstallService();
+    /// The same, and the tables of both roles.
     void InitRoles();
     /// The same domains, profiles, policies and switches in both roles' tables.
     void FillRoles();
@@ -78,6 +80,8 @@ auto Quietly(Make&& make) {
 
 /// No tables, no service table, no database.
 void Nothing(Scene& scene);
+/// A service table alone.
+void ServiceAlone(Scene& scene);
 /// Both roles' tables, empty.
 void EmptyTables(Scene& scene);
 /// Both roles' tables, filled alike; no database.

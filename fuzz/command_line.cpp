@@ -5,14 +5,17 @@
 #include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <vector>
 
+#include "daemon.h"
 #include "message.h"
 #include "promise.h"
 #include "stage.h"
@@ -94,8 +97,8 @@ class Server {
 };
 
 /// The words, none of which names anything outside the current directory.
-std::vector<std::string> Words(const std::string& line) {
-    std::vector<std::string> words = {"aaactl", "--run-dir", TemporaryDirectory()};
+std::vector<std::string> Words(const std::string& line, const std::string& run_dir) {
+    std::vector<std::string> words = {"aaactl", "--run-dir", run_dir};
     std::string word;
     const auto end_word = [&] {
         if (!word.empty() && words.size() < kMostArguments) words.push_back(word);
@@ -123,19 +126,40 @@ void PrepareDirectory(Bytes document) {
                static_cast<std::streamsize>(document.size()));
 }
 
-}  // namespace
-
-int RunCommand(const std::string& line, Bytes document, Bytes answers) {
-    static Server* const server = new Server;  // its thread never ends
-    static const int no_input = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    (void)dup2(no_input, STDIN_FILENO);
-    PrepareDirectory(document);
-    server->answers.Set(answers);
-    std::vector<std::string> words = Words(line);
+int RunMain(const std::string& line, const std::string& run_dir) {
+    std::vector<std::string> words = Words(line, run_dir);
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     return aaactl_main(static_cast<int>(words.size()), arguments.data());
+}
+
+int RunWithDaemon(const std::string& line) {
+    const int stop = eventfd(0, EFD_CLOEXEC);
+    std::promise<void> ready;
+    std::thread thread([&] {
+        Daemon daemon;
+        ready.set_value();
+        daemon.ServeUntil(stop);
+    });
+    ready.get_future().wait();
+    const int code = RunMain(line, Daemon::RunDirectory());
+    FUZZ_PROMISE(eventfd_write(stop, 1) == 0);
+    thread.join();
+    close(stop);
+    return code;
+}
+
+}  // namespace
+
+int RunCommand(const std::string& line, Bytes document, Bytes answers) {
+    static const int no_input = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    (void)dup2(no_input, STDIN_FILENO);
+    PrepareDirectory(document);
+    if (!answers.empty() && (answers[0] & kAnswerReal) != 0) return RunWithDaemon(line);
+    static Server* const server = new Server;  // its thread never ends
+    server->answers.Set(answers);
+    return RunMain(line, TemporaryDirectory());
 }
 
 }  // namespace fuzz

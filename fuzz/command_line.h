@@ -11,7 +11,8 @@ namespace fuzz {
 enum AnswerWay : unsigned char {
     kAnswerData = 1,    // as the reply of a read, else as a result
     kAnswerRepeat = 2,  // to every request from here on
-    kAnswerAsItIs = 4   // the message is the whole reply
+    kAnswerAsItIs = 4,  // the message is the whole reply
+    kAnswerReal = 8  // of the first byte: a daemon with an empty configuration answers everything
 };
 
 /// Runs aaactl with the words of `line`, which blanks separate (a tab is a blank inside a word).

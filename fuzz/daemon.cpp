@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 
 #include "administrators.h"
@@ -31,7 +32,7 @@ constexpr uint32_t kMostRecords = 4;  // so that the oldest ones are dropped
 /// A new directory for the databases and sockets of one daemon.
 class Place {
   public:
-    Place() : path(TemporaryDirectory() + "/daemon") {
+    Place() : path(Daemon::RunDirectory()) {
         std::filesystem::create_directory(path);
         FUZZ_PROMISE(DBM_SetRoot(path.c_str(), path.c_str()) == 0);
         FUZZ_PROMISE(LIPC_SetRuntimeDir(path.c_str()) == 0);
@@ -105,23 +106,56 @@ Message Daemon::Ask(bool record_socket, Bytes packet) {
     // A packet without bytes is the end of a connection.
     if (packet.empty() || send(client.Descriptor(), packet.data(), packet.size(), MSG_NOSIGNAL) < 0)
         return nullptr;
-    aaad::TakeRole(record_socket ? aaad::Role::kWorking : aaad::Role::kConfiguration);
-    aaad::Endpoint& endpoint = record_socket ? parts_->records_in : parts_->requests;
     std::vector<aaad::Request> batch;
-    endpoint.Accept(batch);
+    (record_socket ? parts_->records_in : parts_->requests).Accept(batch);
     FUZZ_PROMISE(batch.size() == 1);
+    Decide(record_socket, batch);
+    Message reply(
+        TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(client.Descriptor()), 0));
+    FUZZ_PROMISE(reply);
+    return reply;
+}
+
+void Daemon::Decide(bool record_socket, std::vector<aaad::Request>& batch) {
+    aaad::TakeRole(record_socket ? aaad::Role::kWorking : aaad::Role::kConfiguration);
     if (record_socket) {
         parts_->reports.Serve(batch);
     } else {
         parts_->configuration.Serve(batch);
     }
+    aaad::Endpoint& endpoint = record_socket ? parts_->records_in : parts_->requests;
     for (aaad::Request& request : batch) endpoint.Answer(request);
-    Message reply(
-        TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(client.Descriptor()), 0));
-    FUZZ_PROMISE(reply);
+    batch.clear();
+    aaad::TakeRole(aaad::Role::kConfiguration);
     for (aaad::Message& mail : parts_->callbacks.Mail().TakeAll())
         parts_->configuration.TakeMail(std::move(mail));
-    return reply;
+}
+
+std::string Daemon::RunDirectory() {
+    return TemporaryDirectory() + "/daemon";
+}
+
+void Daemon::ServeUntil(int stop_fd) {
+    epoll_event event{};
+    event.events = EPOLLIN;
+    event.data.fd = stop_fd;
+    FUZZ_PROMISE(epoll_ctl(parts_->queue.fd, EPOLL_CTL_ADD, stop_fd, &event) == 0);
+    std::vector<aaad::Request> batch;
+    for (;;) {
+        const int count = epoll_wait(parts_->queue.fd, &event, 1, -1);
+        FUZZ_PROMISE(count == 1 || errno == EINTR);
+        if (count != 1) continue;
+        if (event.data.fd == stop_fd) return;
+        for (const bool record_socket : {false, true}) {
+            aaad::Endpoint& endpoint = record_socket ? parts_->records_in : parts_->requests;
+            if (endpoint.IsServer(event.data.fd)) {
+                endpoint.Accept(batch);
+            } else {
+                endpoint.Readable(event.data.fd, batch);
+            }
+            if (!batch.empty()) Decide(record_socket, batch);
+        }
+    }
 }
 
 }  // namespace fuzz

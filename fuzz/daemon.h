@@ -4,9 +4,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "input.h"
 #include "message.h"
+#include "request.h"
 
 namespace fuzz {
 
@@ -22,7 +25,14 @@ class Daemon {
     /// well-formed one, must come; null when the packet cannot be sent.
     Message Ask(bool record_socket, Bytes packet);
 
+    /// The directory of its sockets.
+    static std::string RunDirectory();
+    /// Serves both sockets until `stop_fd` can be read.
+    void ServeUntil(int stop_fd);
+
   private:
+    void Decide(bool record_socket, std::vector<aaad::Request>& batch);
+
     struct Parts;
     std::unique_ptr<Parts> parts_;
 };

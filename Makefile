@@ -4,7 +4,7 @@ DESTDIR ?=
 FUZZ_SECONDS ?= 600
 PREFIX ?= /usr
 
-.PHONY: help demo test sanitize fuzz check abi-update bench install format clean
+.PHONY: help demo test sanitize fuzz check abi-update coverage deb test-deb bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
@@ -12,6 +12,8 @@ help:
 	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
 	@echo "make check     layers, exports, headers, format, thread-safety analysis, ABI"
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
+	@echo "make coverage  the tests again, and which lines and branches they reach"
+	@echo "make deb       Debian packages, checked by lintian; make test-deb installs and tries them"
 	@echo "make bench     measure against peers in the same run"
 	@echo "make install   install below DESTDIR=$(DESTDIR) PREFIX=$(PREFIX)"
 	@echo "make format    lay out all sources"
@@ -62,6 +64,19 @@ abi-update:
 	cmake --preset release --log-level=WARNING
 	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
 	tools/check-abi --update build/release
+
+coverage:
+	tools/bootstrap coverage
+	cmake --preset coverage --log-level=WARNING
+	cmake --build --preset coverage -j $(JOBS)
+	tools/coverage build/coverage
+
+deb:
+	tools/bootstrap deb
+	JOBS=$(JOBS) tools/make-deb build/deb
+
+test-deb: deb
+	tools/check-deb build/deb
 
 bench:
 	tools/bootstrap bench

@@ -8,7 +8,7 @@ PREFIX ?= /usr
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
-	@echo "make sanitize  the same tests under the address, undefined and thread sanitizers"
+	@echo "make sanitize  the same tests under the address and undefined sanitizers, those with threads under the thread sanitizer"
 	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
 	@echo "make check     layers, exports, headers, format, thread-safety analysis, ABI"
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"

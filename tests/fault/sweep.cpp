@@ -219,6 +219,9 @@ class PrintTotals : public testing::Environment {
 Rows::Rows(std::initializer_list<Row> rows) {
     Table().insert(Table().end(), rows.begin(), rows.end());
 }
+Rows::Rows(const std::vector<Row>& rows) {
+    Table().insert(Table().end(), rows.begin(), rows.end());
+}
 const std::vector<Row>& AllRows() {
     return Table();
 }

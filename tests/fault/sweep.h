@@ -180,6 +180,7 @@ Row Loads(std::string name, Call call);
 class Rows {
   public:
     Rows(std::initializer_list<Row> rows);
+    explicit Rows(const std::vector<Row>& rows);
 };
 const std::vector<Row>& AllRows();
 

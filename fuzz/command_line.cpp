@@ -116,15 +116,28 @@ std::vector<std::string> Words(const std::string& line, const std::string& run_d
     return words;
 }
 
-/// An empty directory with the document in it, entered.
-void PrepareDirectory(Bytes document) {
-    static const std::string directory = TemporaryDirectory() + "/current";
-    std::filesystem::remove_all(directory);
-    FUZZ_PROMISE(std::filesystem::create_directory(directory) && chdir(directory.c_str()) == 0);
-    std::ofstream file("document", std::ios::binary);
-    file.write(reinterpret_cast<const char*>(document.data()),
-               static_cast<std::streamsize>(document.size()));
-}
+/// An empty directory with the document in it, entered for as long as the object lives.
+class CurrentDirectory {
+  public:
+    explicit CurrentDirectory(Bytes document) : before_(open(".", O_PATH | O_CLOEXEC)) {
+        const std::string directory = TemporaryDirectory() + "/current";
+        std::filesystem::remove_all(directory);
+        FUZZ_PROMISE(std::filesystem::create_directory(directory));
+        FUZZ_PROMISE(chdir(directory.c_str()) == 0);
+        std::ofstream file("document", std::ios::binary);
+        file.write(reinterpret_cast<const char*>(document.data()),
+                   static_cast<std::streamsize>(document.size()));
+    }
+    ~CurrentDirectory() {
+        (void)!fchdir(before_);
+        close(before_);
+    }
+    CurrentDirectory(const CurrentDirectory&) = delete;
+    CurrentDirectory& operator=(const CurrentDirectory&) = delete;
+
+  private:
+    const int before_;
+};
 
 int RunMain(const std::string& line, const std::string& run_dir) {
     std::vector<std::string> words = Words(line, run_dir);
@@ -155,7 +168,7 @@ int RunWithDaemon(const std::string& line) {
 int RunCommand(const std::string& line, Bytes document, Bytes answers) {
     static const int no_input = open("/dev/null", O_RDONLY | O_CLOEXEC);
     (void)dup2(no_input, STDIN_FILENO);
-    PrepareDirectory(document);
+    const CurrentDirectory directory(document);
     if (!answers.empty() && (answers[0] & kAnswerReal) != 0) return RunWithDaemon(line);
     static Server* const server = new Server;  // its thread never ends
     server->answers.Set(answers);

@@ -10,7 +10,7 @@ help:
 	@echo "make test      install what is missing, build and run every test"
 	@echo "make sanitize  the same tests under the address and undefined sanitizers, those with threads under the thread sanitizer"
 	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
-	@echo "make check     layers, exports, headers, format, thread-safety analysis, ABI"
+	@echo "make check     layers, exports, headers, format, thread-safety analysis, unit, ABI"
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
 	@echo "make coverage  the tests again, and which lines and branches they reach"
 	@echo "make deb       Debian packages, checked by lintian; make test-deb installs and tries them"
@@ -55,6 +55,7 @@ check:
 	cmake --build --preset clang -j $(JOBS)
 	tools/check-exports build/clang/src/libaaadom.so.1
 	tools/check-exports build/clang/platform/libaaaplatform.so.1
+	tools/check-unit build/clang
 	cmake --preset release --log-level=WARNING
 	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
 	tools/check-abi build/release

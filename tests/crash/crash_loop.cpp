@@ -175,12 +175,9 @@ std::vector<std::string> CrashLoop::Run() {
         KillUnderLoad();
         KillStarts();
         wrong = Start() ? JudgeNow() : std::vector<std::string>{"the daemon does not start again"};
-        Tell(false);
+        Tell(kills_ >= options_.kills);
     }
-    if (wrong.empty()) {
-        Tell(true);
-        return wrong;
-    }
+    if (wrong.empty()) return wrong;
     daemon_.Kill();
     wrong.push_back("after " + std::to_string(kills_) + " kills");
     namespace fs = std::filesystem;

@@ -125,7 +125,7 @@ void ReadDomains(DBM_HANDLE handle, Facts& facts) {
     while ((index = DBM_GetNextArrayIndex(handle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN,
                                           index)) >= 0) {
         const DomainPtr domain(DOM_GetDomainFromDBByIndex(handle, static_cast<uint32_t>(index)));
-        if (!domain) {
+        if (!domain || domain->name[0] == '\0') {
             facts["?/domain/element" + std::to_string(index)] = "unreadable";
             continue;
         }

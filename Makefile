@@ -2,12 +2,15 @@
 JOBS ?= $(shell nproc)
 DESTDIR ?=
 FUZZ_SECONDS ?= 600
+CRASH_KILLS ?= 1000
 PREFIX ?= /usr
 
-.PHONY: help demo test sanitize fuzz check abi-update coverage deb test-deb bench install format clean
+.PHONY: help demo test test-fault test-crash sanitize fuzz check abi-update coverage deb test-deb bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
+	@echo "make test-fault  each operation with everything it asks for refused once, under the address sanitizer"
+	@echo "make test-crash  kill the daemon CRASH_KILLS=$(CRASH_KILLS) times under load and in its start-up, and check what is left"
 	@echo "make sanitize  the same tests under the address and undefined sanitizers, those with threads under the thread sanitizer"
 	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
 	@echo "make check     layers, exports, headers, format, thread-safety analysis, unit, ABI"
@@ -29,6 +32,19 @@ test:
 	cmake --preset dev --log-level=WARNING
 	cmake --build --preset dev -j $(JOBS)
 	ctest --preset dev -j $(JOBS)
+
+test-fault:
+	tools/bootstrap
+	cmake --preset asan-ubsan --log-level=WARNING
+	cmake --build --preset asan-ubsan -j $(JOBS) --target fault_test
+	build/asan-ubsan/tests/fault_test --gtest_brief=1
+	tools/check-fault-table build/asan-ubsan/tests/fault_test
+
+test-crash:
+	tools/bootstrap
+	cmake --preset dev --log-level=WARNING
+	cmake --build --preset dev -j $(JOBS) --target crash_test
+	CRASH_KILLS=$(CRASH_KILLS) CRASH_SEED=$(CRASH_SEED) build/dev/tests/crash_test --gtest_brief=1
 
 sanitize:
 	tools/bootstrap

@@ -30,7 +30,7 @@ TLV_MSG* DOM_ita_tlv_EncodePolicy(const ItaPolicy* policy) AAADOM_NOEXCEPT;
  * @param policy_out  overwritten; its name is cut to 31 characters, its links are null. Undefined
  *                    after a failure.
  * @return 0; DOM_ERR_FAILED without a policy name or with an empty one, when TLV 7 carries no
- *         method, when a nested message is malformed, and for null.
+ *         method, when a nested message is malformed, for null, and when memory is short.
  * @thread any; takes no lock.
  */
 uint32_t DOM_ita_tlv_DecodePolicy(TLV_MSG* msg, ItaPolicy* policy_out) AAADOM_NOEXCEPT;
@@ -73,7 +73,8 @@ TLV_MSG* DOM_ita_tlv_EncodeAcctScheme(const char* name,
  * @param name         empty when missing, which is no failure; read whatever becomes of the
  *                     methods. Null is skipped.
  * @param methods_out  six items, cleared first.
- * @return 0; DOM_ERR_FAILED without a method, for a malformed one, and for null.
+ * @return 0; DOM_ERR_FAILED without a method, for a malformed one, for null, and when memory is
+ *         short.
  * @thread any; takes no lock.
  */
 uint32_t DOM_ita_tlv_DecodeAcctScheme(TLV_MSG* msg, uint32_t capacity, char* name,
@@ -203,7 +204,9 @@ uint32_t DOM_ita_db_SetPolicy(const char* name, uint16_t operation) AAADOM_NOEXC
 /**
  * Reads a saved policy. One that only a former release saved is migrated: written in the current
  * form, then its old key is deleted, both through g_hDomItaDBHandle; when the write fails the old
- * key stays. A record that is none is refused with one line in the system log that names its key.
+ * key stays. A record that is none is refused with one line in the system log that names its key;
+ * the old one takes its place. One that cannot be read for the moment, because memory is short or
+ * the database refuses, gives null and stays: no policy comes back in part or as it once was.
  * @param handle  borrowed; need not be the installed one.
  * @param name    compared exactly.
  * @return returned, insert with DOM_ita_policy_AddPolicy or destroy with

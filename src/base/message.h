@@ -48,6 +48,12 @@ class TlvItem {
                                      void* context = nullptr) const noexcept {
         return AAA_GetSubFields(msg_, it_, fields, count, record, position, other, context);
     }
+    /// Whether the value is a nested message, told in place: Sub() gives null for one, too, when
+    /// memory is short.
+    bool IsMessage() const noexcept {
+        char unused;
+        return SubFields(nullptr, 0, &unused, nullptr) == DOM_OK;
+    }
     /// Whether nothing follows in the message.
     bool IsLast() const noexcept { return TLV_GetNext(msg_, it_) == nullptr; }
     /// Fails, and keeps `mac`, when the TLV is shorter than 6 bytes.

@@ -55,14 +55,17 @@ uint32_t DOM_ita_db_SetPolicy(const char* name, uint16_t operation) noexcept {
 
 ItaPolicy* DOM_ita_db_GetMemPolicyFromDBByName(DBM_HANDLE handle, const char* name) noexcept {
     if (name == nullptr) return nullptr;
-    ItaPolicy* policy = LoadItaRecord(handle, name);
-    if (policy == nullptr) {
-        policy = LoadOldItaRecord(handle, name);
-        if (policy == nullptr) return nullptr;
+    ItaPolicyPtr policy;
+    const Loading loading = LoadItaRecord(handle, name, policy);
+    // A policy that merely could not be read now must not give way to what it was in former times.
+    if (loading == Loading::kRefused) return nullptr;
+    if (loading == Loading::kUnreadable) {
+        policy.reset(LoadOldItaRecord(handle, name));
+        if (!policy) return nullptr;
         Migrate(name, *policy);
     }
     CopyText(policy->name, name);
-    return policy;
+    return policy.release();
 }
 
 uint32_t DOM_ita_db_IsPolicyExist(DBM_HANDLE handle, const char* name) noexcept {

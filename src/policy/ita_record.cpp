@@ -6,7 +6,6 @@
 #include <arpa/inet.h>
 #include <platform/syslog.h>
 
-#include "policy/ita_policy.h"
 #include "policy/stored_message.h"
 
 namespace aaadom {
@@ -15,6 +14,7 @@ namespace {
 constexpr uint32_t kWarning = VSYSLOG2_PLATFORM_FLAG | 0xBCu;  // local use 7, warning
 /// A level that does not say where it belongs is refused like one that says a wrong place.
 constexpr uint32_t kNoIndex = DOM_ITA_LEVELS;
+constexpr const char* kNoAnswer = "the database does not give its value";
 
 struct LevelWord {
     uint16_t type;
@@ -61,18 +61,18 @@ uint32_t DecodeLevel(TLV_MSG* item, void* policy) noexcept {
     return DOM_OK;
 }
 
-/// Only the last method or level decides: an item before it that cannot be read is skipped, so a
-/// record with one bad entry keeps the rest.
-uint32_t Decode(TLV_MSG* msg, ItaPolicy& policy) noexcept {
-    uint32_t result = DOM_OK;
+/// Only the last method or level decides: an item before it that is damaged is skipped, so a record
+/// with one bad entry keeps the rest.
+Loading Decode(TLV_MSG* msg, ItaPolicy& policy) noexcept {
+    Loading result = Loading::kDone;
     for (TLV_ITER* it = TLV_GetFirst(msg); it != nullptr; it = TLV_GetNext(msg, it)) {
         const TlvItem tlv(msg, it);
         switch (tlv.Type()) {
             case DOM_DB_ITA_METHOD:
-                result = AAA_DecapSubTLVToStruct(msg, it, DecodeMethod, &policy);
+                result = LoadItem(msg, it, DecodeMethod, &policy);
                 break;
             case DOM_DB_ITA_LEVEL:
-                result = AAA_DecapSubTLVToStruct(msg, it, DecodeLevel, &policy);
+                result = LoadItem(msg, it, DecodeLevel, &policy);
                 break;
             case DOM_DB_ITA_LEVEL_COUNT:
                 policy.level_count = ntohl(tlv.U32());
@@ -89,6 +89,7 @@ uint32_t Decode(TLV_MSG* msg, ItaPolicy& policy) noexcept {
             default:
                 break;
         }
+        if (result == Loading::kRefused) break;
     }
     return result;
 }
@@ -121,24 +122,28 @@ uint32_t StoreItaRecord(DBM_HANDLE handle, const char* name, const ItaPolicy& po
                         DOM_DB_ITA_POLICY);
 }
 
-ItaPolicy* LoadItaRecord(DBM_HANDLE handle, const char* name) noexcept {
-    if (!IsItaRecordSaved(handle, name)) return nullptr;
+Loading LoadItaRecord(DBM_HANDLE handle, const char* name, ItaPolicyPtr& policy) noexcept {
     const ItaRecordKey key(name);
+    // The length tells a database that does not answer from a policy that is not there, which the
+    // question for the key does not.
     const int32_t length = DBM_GetBinaryLen(handle, key.Text(), key.Length());
     if (length <= 0) {
-        LogRefusedItaRecord(key.Text(), kNoValue);
-        return nullptr;
+        if (IsItaRecordSaved(handle, name))
+            LogRefusedItaRecord(key.Text(), length == 0 ? kNoValue : kNoAnswer);
+        return length < 0 ? Loading::kRefused : Loading::kUnreadable;
     }
-    const TlvPtr msg = LoadMessage(handle, key, static_cast<uint32_t>(length));
-    if (!msg) {
+    TlvPtr msg;
+    Loading result = LoadMessage(handle, key, static_cast<uint32_t>(length), msg);
+    if (result == Loading::kUnreadable)
         LogRefusedItaRecord(key.Text(), "its value cannot be read as a message");
-        return nullptr;
-    }
-    ItaPolicyPtr policy = NewItaPolicy(ItaPolicyName(name));
-    if (!policy) return nullptr;
-    if (Decode(msg.get(), *policy) == DOM_OK) return policy.release();
-    LogRefusedItaRecord(key.Text(), "its last method or level is malformed");
-    return nullptr;
+    if (result != Loading::kDone) return result;
+    policy = NewItaPolicy(ItaPolicyName(name));
+    if (!policy) return Loading::kRefused;
+    result = Decode(msg.get(), *policy);
+    if (result == Loading::kUnreadable)
+        LogRefusedItaRecord(key.Text(), "its last method or level is malformed");
+    if (result != Loading::kDone) policy.reset();
+    return result;
 }
 
 }  // namespace aaadom

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "base/text.h"
+#include "policy/ita_policy.h"
 #include "policy/stored_message.h"
 
 namespace aaadom {
@@ -44,8 +45,10 @@ bool IsItaRecordSaved(DBM_HANDLE handle, const char* name) noexcept;
 /// Writes `policy` under the key of `name`; DOM_OK or DOM_ERR_FAILED.
 [[nodiscard]] uint32_t StoreItaRecord(DBM_HANDLE handle, const char* name,
                                       const ItaPolicy& policy) noexcept;
-/// A new record with that name, null when none is saved or it is unreadable (which is logged).
-ItaPolicy* LoadItaRecord(DBM_HANDLE handle, const char* name) noexcept;
+/// Makes a new policy of what is saved under that name. kUnreadable: nothing is saved, or nothing
+/// that is a policy, which is logged.
+[[nodiscard]] Loading LoadItaRecord(DBM_HANDLE handle, const char* name,
+                                    ItaPolicyPtr& policy) noexcept;
 
 /// One line in the system log that names the key of a record that is refused.
 inline constexpr const char* kNoValue = "it is empty or no binary value";

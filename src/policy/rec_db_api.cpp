@@ -45,20 +45,23 @@ TlvPtr ReadValue(DBM_HANDLE handle, StoredKey key) noexcept {
     if (!IsKeyStored(handle, key)) return nullptr;
     const int32_t length = DBM_GetBinaryLen(handle, key.bytes, key.length);
     if (length <= 0 || static_cast<uint32_t>(length) > DOM_DB_VALUE_MAX) return nullptr;
-    return LoadMessage(handle, key, static_cast<uint32_t>(length));
+    TlvPtr msg;
+    (void)LoadMessage(handle, key, static_cast<uint32_t>(length), msg);  // null tells it all
+    return msg;
 }
 
-/// The result of the last item decides alone: an item that cannot be read is passed over when a
-/// good one follows, so that one damaged method does not cost the policy.
-uint32_t ReadPolicy(TLV_MSG* msg, RecPolicy& policy) noexcept {
-    uint32_t result = DOM_OK;
+/// The result of the last item decides alone: an item that is damaged is passed over when a good
+/// one follows, so that one damaged method does not cost the policy.
+Loading ReadPolicy(TLV_MSG* msg, RecPolicy& policy) noexcept {
+    Loading result = Loading::kDone;
     for (TLV_ITER* it = TLV_GetFirst(msg); it != nullptr; it = TLV_GetNext(msg, it)) {
         switch (TLV_GetTypeByIterator(msg, it)) {
             case DOM_DB_REC_TLV_TYPE:
                 policy.policy_type = ntohl(AAA_GetUINTTlvValue(msg, it));
                 break;
             case DOM_DB_REC_TLV_METHOD:
-                result = AAA_DecapSubTLVToStruct(msg, it, DecapMethod, policy.acct_scheme);
+                result = LoadItem(msg, it, DecapMethod, policy.acct_scheme);
+                if (result == Loading::kRefused) return result;
                 break;
             default:
                 break;
@@ -89,7 +92,7 @@ RecPolicy* DOM_Rec_db_GetPolicyByDBKey(DBM_HANDLE handle, const char* key,
     const TlvPtr msg = ReadValue(handle, {key, key_length});
     if (!msg) return nullptr;
     RecPolicyPtr policy = NewRecPolicy(DOM_REC_POLICY_CONNECTION);
-    if (!policy || ReadPolicy(msg.get(), *policy) != DOM_OK) return nullptr;
+    if (!policy || ReadPolicy(msg.get(), *policy) != Loading::kDone) return nullptr;
     return policy.release();
 }
 

@@ -17,6 +17,27 @@ struct FreeBytes {
 };
 using Bytes = std::unique_ptr<void, FreeBytes>;
 
+/// Why bytes did not become a message: as a value inside another one they are looked at in place.
+Loading WhyUnopened(const void* bytes, uint32_t length) noexcept {
+    constexpr uint16_t kAnyType = 1;
+    const TlvPtr carrier(TLV_Create());
+    if (!carrier || TLV_Append_Data(carrier.get(), kAnyType, length, bytes) != DOM_OK)
+        return Loading::kRefused;
+    return FindTlv(carrier.get(), kAnyType).IsMessage() ? Loading::kRefused : Loading::kUnreadable;
+}
+
+struct ItemReader {
+    AAA_DECAP_FN decap;
+    void* object;
+    bool reached = false;  ///< whether the item was opened
+
+    static uint32_t Read(TLV_MSG* item, void* reader) noexcept {
+        auto* self = static_cast<ItemReader*>(reader);
+        self->reached = true;
+        return self->decap(item, self->object);
+    }
+};
+
 }  // namespace
 
 bool IsKeyStored(DBM_HANDLE handle, StoredKey key) noexcept {
@@ -35,14 +56,23 @@ uint32_t StoreMessage(DBM_HANDLE handle, StoredKey key, const AAA_ENCAP_STEP* st
                : DOM_ERR_FAILED;
 }
 
-TlvPtr LoadMessage(DBM_HANDLE handle, StoredKey key, uint32_t length) noexcept {
+Loading LoadMessage(DBM_HANDLE handle, StoredKey key, uint32_t length, TlvPtr& message) noexcept {
     const Bytes bytes(malloc(length));
-    if (!bytes) return nullptr;
+    if (!bytes) return Loading::kRefused;
     const int32_t read =
         DBM_GetBinary(handle, key.bytes, key.length, kReadWhole, length, bytes.get());
-    if (read < 0 || static_cast<uint32_t>(read) != length) return nullptr;
-    return TlvPtr(
+    if (read < 0 || static_cast<uint32_t>(read) != length) return Loading::kRefused;
+    message.reset(
         TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(bytes.get()), length));
+    return message ? Loading::kDone : WhyUnopened(bytes.get(), length);
+}
+
+Loading LoadItem(TLV_MSG* msg, TLV_ITER* it, AAA_DECAP_FN decap, void* object) noexcept {
+    ItemReader reader{decap, object};
+    if (AAA_DecapSubTLVToStruct(msg, it, ItemReader::Read, &reader) == DOM_OK)
+        return Loading::kDone;
+    const bool unopened = !reader.reached && TlvItem(msg, it).IsMessage();
+    return unopened ? Loading::kRefused : Loading::kUnreadable;
 }
 
 uint32_t EncodeStoredMethod(uint32_t position, const void* method, TLV_MSG* msg) noexcept {

@@ -122,6 +122,29 @@ TEST_F(ItaMigration, OfBothRecordsTheCurrentOneIsReadAndTheOldOneLeft) {
     EXPECT_EQ(GetCurrent("gold"), before);
 }
 
+// Where a crash had left both records, a current one that could not be read for the moment, because
+// memory was short or the database did not answer, was once taken for unreadable: the old record
+// came back in its place and was written over it, and every change since the migration was lost.
+TEST_F(ItaMigration, ACurrentRecordThatCannotBeReadNowIsNotReplacedByTheOldOne) {
+    AddSample("gold");
+    DOM_ita_policy_SetTogetherState("gold", 77);
+    ASSERT_EQ(DOM_ita_db_SetPolicy("gold", 1), DOM_OK);
+    PutOld("gold", SampleBlock());
+    const std::string before = GetCurrent("gold");
+    const std::string newer = Read("gold");
+    for (int n = 1;; ++n) {
+        fake::FailAny(n);
+        const std::string text = Read("gold");
+        const bool tripped = fake::Tripped();
+        fake::DisarmFailures();
+        if (!tripped) break;
+        EXPECT_EQ(text, "-") << "event " << n;
+        EXPECT_EQ(GetCurrent("gold"), before) << "event " << n;
+        EXPECT_TRUE(HasOld("gold")) << "event " << n;
+    }
+    EXPECT_EQ(Read("gold"), newer);
+}
+
 TEST_F(ItaMigration, AnUnreadableCurrentRecordIsReplacedByTheOldOne) {
     PutCurrent("gold", "garbage");
     PutOld("gold", SampleBlock());

@@ -341,5 +341,19 @@ TEST_F(ItaRecord, AReadThatFailsLosesNothingAndLeaksNothing) {
     }
 }
 
+// An item that could not be opened for lack of memory was once passed over like a damaged one: the
+// policy came back without a method or a level, and was saved without it at the next change.
+TEST_F(ItaRecord, APolicyIsReadWholeOrNotAtAllWhenMemoryIsShort) {
+    AddSample("gold");
+    ASSERT_EQ(DOM_ita_db_SetPolicy("gold", 1), DOM_OK);
+    for (int n = 1;; ++n) {
+        fake::FailMessage(n);
+        const std::string text = Read("gold");
+        if (!fake::Tripped()) break;
+        EXPECT_EQ(text, "-") << "message " << n;
+    }
+    EXPECT_TRUE(fake::LogLines().empty());  // nothing is wrong with the record
+}
+
 }  // namespace
 }  // namespace aaadom

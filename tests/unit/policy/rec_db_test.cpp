@@ -258,6 +258,19 @@ TEST_F(RecDb, FailedReadsGiveNothing) {
     }
 }
 
+// A method that could not be opened for lack of memory was once passed over like a damaged one, and
+// the policy came back without it.
+TEST_F(RecDb, APolicyIsReadWholeOrNotAtAllWhenMemoryIsShort) {
+    CreateSample();
+    ASSERT_EQ(DOM_Rec_db_SetPolicy(0, 1), DOM_OK);
+    for (int n = 1;; ++n) {
+        fake::FailMessage(n);
+        const std::string text = Read();
+        if (!fake::Tripped()) break;
+        EXPECT_EQ(text, "-") << "message " << n;
+    }
+}
+
 TEST_F(RecDb, ChangeInfoNamesTypeNineOperationAndPolicyType) {
     DomDbUpdateReq change = Filled();
     DOM_Rec_db_SetDbChangeInfo(0xFFFFFFFE, 7, &change);

@@ -376,7 +376,7 @@ TLV_MSG* DOM_EncodeMethList(const char* name, const MethodList* list,
  * @param extra  Receives the extra item, zero when missing; untouched on failure; null is
  *               skipped.
  * @return 0; DOM_ERR_FAILED for a null message, without a name, for a row above 5 or a column
- *         above 11, and for an item that is no nested message.
+ *         above 11, for an item that is no nested message, and when memory is short.
  * @thread any; takes no lock.
  */
 uint32_t DOM_DecodeMethList(TLV_MSG* msg, uint32_t size, char* name, MethodList* list,
@@ -505,8 +505,8 @@ TLV_MSG* DOM_EncodeAuthorAttr(uint32_t kind, const char* name,
  * @param name  Receives the domain name; null is skipped.
  * @param attr  Keeps what the message lacks, so the caller starts with DOM_InitAuthorAttr; null
  *              is skipped.
- * @return 0; DOM_ERR_FAILED for a null message, without kind, name or attributes, and for
- *         attributes that are no nested message.
+ * @return 0; DOM_ERR_FAILED for a null message, without kind, name or attributes, for
+ *         attributes that are no nested message, and when memory is short.
  * @thread any; takes no lock.
  */
 uint32_t DOM_DecodeAuthorAttr(TLV_MSG* msg, uint32_t* kind, uint32_t size, char* name,

@@ -35,7 +35,7 @@ uint32_t DOM_EncodeMultiMethods(TLV_MSG* msg, const MethodEntry items[DOM_METHOD
  * @param msg  borrowed.
  * @param items  Six items; scheme names are cut to 32 characters.
  * @return 0 when there was an item and none failed; DOM_ERR_FAILED without a TLV 10, for one that
- *         is no message, and for null.
+ *         is no message, for null, and when memory is short: earlier items are stored then.
  * @thread any; takes no lock.
  */
 uint32_t DOM_DecodeMultiMethods(TLV_MSG* msg, MethodEntry items[DOM_METHODS]) AAADOM_NOEXCEPT;

@@ -17,7 +17,7 @@ help:
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
 	@echo "make coverage  the tests again, and which lines and branches they reach"
 	@echo "make deb       Debian packages, checked by lintian; make test-deb installs and tries them"
-	@echo "make bench     measure against peers in the same run"
+	@echo "make bench     measure against peers in the same run, 15 minutes; BENCH_QUICK=1: 2 minutes"
 	@echo "make install   install below DESTDIR=$(DESTDIR) PREFIX=$(PREFIX)"
 	@echo "make format    lay out all sources"
 
@@ -64,6 +64,7 @@ fuzz:
 check:
 	tools/bootstrap
 	tools/check-layers
+	tools/check-thread-safety
 	CC=gcc CXX=g++ tools/check-headers
 	CC=clang CXX=clang++ tools/check-headers
 	tools/check-format
@@ -99,7 +100,7 @@ bench:
 	tools/bootstrap bench
 	cmake --preset bench --log-level=WARNING
 	cmake --build build/bench -j $(JOBS)
-	bench/run build/bench
+	bench/run build/bench $(if $(BENCH_QUICK),--quick)
 
 install:
 	tools/bootstrap

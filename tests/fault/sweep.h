@@ -184,4 +184,7 @@ class Rows {
 };
 const std::vector<Row>& AllRows();
 
+/// Sweeps a row. What does not hold fails the running test; the number of single refusals.
+uint64_t SweepRow(const Row& row);
+
 }  // namespace fault

@@ -20,11 +20,9 @@ struct Stage {
         // In a child, because it syncs nothing and keeps no file open that the caches would hold.
         InChild([this] {
             FillTable(domains, Size::kLarge);
-            const auto values = EncodedDomains(domains);
-            const auto store = MakeLmdbStore(lmdb.Path());
+            MakeLmdbStore(lmdb.Path())->Fill(EncodedDomains(domains));
             std::vector<const DomainInfo*> records;
             for (int n = 0; n < domains; ++n) {
-                store->Put(0, static_cast<uint32_t>(n), values[static_cast<size_t>(n)]);
                 records.push_back(DOM_FindDomainByName(NameOf(n).c_str()));
             }
             Demand(SaveToSqlite(SqliteFile(), records), "saving domains in SQLite");

@@ -27,11 +27,7 @@ struct Stage {
         lmdb.store = MakeLmdbStore(lmdb.directory.Path());
         sqlite.store = MakeSqliteStore(sqlite.directory.Path(), clients);
         redis.store = MakeRedisStore(redis.directory.Path(), clients);
-        for (Peer* peer : {&lmdb, &sqlite, &redis}) {
-            for (size_t n = 0; n < values.size(); ++n) {
-                peer->store->Put(0, static_cast<uint32_t>(n), values[n]);
-            }
-        }
+        for (Peer* peer : {&lmdb, &sqlite, &redis}) peer->store->Fill(values);
     }
     /// The clients change different domains, each a different one every time.
     size_t Which(int client, int clients, uint64_t count) const {

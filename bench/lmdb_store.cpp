@@ -23,15 +23,25 @@ class LmdbStore : public Store {
     }
     ~LmdbStore() override { mdb_env_close(env_); }
     void Put(int, uint32_t number, const std::string& value) override {
-        MDB_val key{sizeof number, &number};
-        MDB_val data{value.size(), const_cast<char*>(value.data())};
         MDB_txn* txn = nullptr;
-        Demand(mdb_txn_begin(env_, nullptr, 0, &txn) == 0 &&
-                   mdb_put(txn, dbi_, &key, &data, 0) == 0 && mdb_txn_commit(txn) == 0,
+        Demand(mdb_txn_begin(env_, nullptr, 0, &txn) == 0 && PutIn(txn, number, value) &&
+                   mdb_txn_commit(txn) == 0,
                "LMDB put");
+    }
+    void Fill(const std::vector<std::string>& values) override {
+        MDB_txn* txn = nullptr;
+        bool good = mdb_txn_begin(env_, nullptr, 0, &txn) == 0;
+        uint32_t number = 0;
+        for (const std::string& value : values) good = good && PutIn(txn, number++, value);
+        Demand(good && mdb_txn_commit(txn) == 0, "filling LMDB");
     }
 
   private:
+    bool PutIn(MDB_txn* txn, uint32_t number, const std::string& value) {
+        MDB_val key{sizeof number, &number};
+        MDB_val data{value.size(), const_cast<char*>(value.data())};
+        return mdb_put(txn, dbi_, &key, &data, 0) == 0;
+    }
     MDB_env* env_ = nullptr;
     MDB_dbi dbi_ = 0;
 };

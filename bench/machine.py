@@ -23,12 +23,11 @@ def first_line(path, key):
     return "unknown"
 
 
-def facts(directory):
+def facts(directory, load):
     """Pairs of a name and what it is, for the machine that this runs on."""
     versions = output("dpkg-query", "-W", "-f", "${Package} ${Version}\n", *PACKAGES).splitlines()
     memory = int(first_line("/proc/meminfo", "MemTotal").split()[0]) / 1024 / 1024
     where = output("findmnt", "-n", "-o", "FSTYPE,SOURCE", "-T", directory).split()
-    load = os.getloadavg()
     return [
         ("Processor", f'{first_line("/proc/cpuinfo", "model name")}, {os.cpu_count()} cores'),
         ("Memory", f"{memory:.1f} GiB"),

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -59,7 +60,9 @@ int main(int argc, char** argv) {
         perror(results.c_str());
         return 1;
     }
-    close(fd);
+    double load[3] = {};
+    (void)getloadavg(load, 3);
+    dprintf(fd, "{\"load\":[%.2f,%.2f,%.2f]}\n", load[0], load[1], load[2]);
     (void)bench::WorkspaceRoot();
     const auto start = std::chrono::steady_clock::now();
     size_t number = 0;
@@ -69,8 +72,13 @@ int main(int argc, char** argv) {
             std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         char progress[48];
         snprintf(progress, sizeof progress, "[%zu/%zu %.0f s]", ++number, all.size(), seconds);
-        failed += bench::Run(race, results, progress) ? 0 : 1;
+        if (bench::Run(race, results, progress)) continue;
+        ++failed;
+        lseek(fd, 0, SEEK_END);
+        dprintf(fd, "{\"failed\":\"%s, %d %s\"}\n", race.title.c_str(), race.load,
+                race.load_unit.c_str());
     }
+    close(fd);
     bench::RemoveWorkspace();
     if (failed != 0) fprintf(stderr, "aaadom_bench: %zu of %zu races failed\n", failed, all.size());
     return failed == 0 ? 0 : 1;

@@ -148,7 +148,7 @@ std::vector<Contestant> PrepareInsert(uint32_t count, uint32_t batch) {
 std::vector<Contestant> PreparePages(uint32_t count) {
     auto database = std::make_shared<RunDb>();
     Demand(database->Good() && database->Fill(count, 1000), "inserting records");
-    return {{"run database", [=](double seconds) {
+    return {{"run database", [database](double seconds) {
                  char buffer[1024];
                  uint64_t bad = 0;
                  const double ns = TimeLoop<ThreadClock>(seconds, [&](uint64_t) {

@@ -18,7 +18,7 @@ class Connection {
         for (const char* sql :
              {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL",
               "CREATE TABLE IF NOT EXISTS domain (number INTEGER PRIMARY KEY, value BLOB)"}) {
-            Demand(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) == SQLITE_OK, sql);
+            Do(sql);
         }
         const char* put = "INSERT OR REPLACE INTO domain VALUES (?1, ?2)";
         Demand(sqlite3_prepare_v2(database_, put, -1, &put_, nullptr) == SQLITE_OK, put);
@@ -29,6 +29,9 @@ class Connection {
     }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
+    void Do(const char* sql) {
+        Demand(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr) == SQLITE_OK, sql);
+    }
     void Put(uint32_t number, const std::string& value) {
         sqlite3_bind_int64(put_, 1, number);
         sqlite3_bind_blob(put_, 2, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
@@ -51,6 +54,13 @@ class SqliteStore : public Store {
     void Put(int client, uint32_t number, const std::string& value) override {
         const std::lock_guard guard(mutex_);
         connections_[static_cast<size_t>(client)]->Put(number, value);
+    }
+    void Fill(const std::vector<std::string>& values) override {
+        Connection& connection = *connections_[0];
+        connection.Do("BEGIN");
+        uint32_t number = 0;
+        for (const std::string& value : values) connection.Put(number++, value);
+        connection.Do("COMMIT");
     }
 
   private:

@@ -15,6 +15,8 @@ class Store {
     /// `client` is below the number of clients that the store was made for; each is one thread.
     /// Throws when the value is not stored.
     virtual void Put(int client, uint32_t number, const std::string& value) = 0;
+    /// Stores what the store begins with; in any way that is quick.
+    virtual void Fill(const std::vector<std::string>& values) = 0;
 };
 
 /// Each makes a store in an empty directory. The library calls LMDB and SQLite directly, in this

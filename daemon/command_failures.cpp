@@ -7,19 +7,24 @@
 #include <platform/aaa_tlv.h>
 
 #include <memory>
-#include <mutex>
+
+#include "lock.h"
 
 namespace aaad {
 namespace {
 
 /// The library's list has no lock of its own: access modules add while front ends read.
-std::mutex list_mutex;
+Mutex list_mutex;
+
+CmdAuthorFailHead& FailureList() AAAD_REQUIRES(list_mutex) {
+    return DOM_GetGlbCmdAuthorFailRec()->head;
+}
 
 Message EncodeFailures() {
     Message reply(TLV_Create());
     if (!reply || DOM_Rec_tlv_EncodeCmdAuthorFailMsg(reply.get()) != DOM_OK) return nullptr;
-    const std::lock_guard<std::mutex> lock(list_mutex);
-    const CmdAuthorFailHead& head = DOM_GetGlbCmdAuthorFailRec()->head;
+    const MutexLock lock(list_mutex);
+    const CmdAuthorFailHead& head = FailureList();
     uint32_t count = 0;
     const auto* end = reinterpret_cast<const CmdAuthorFailNode*>(&head);
     for (const CmdAuthorFailNode* node = head.next; node != nullptr && node != end;
@@ -52,7 +57,7 @@ uint32_t TakeCommandFailure(TLV_MSG* report) {
     // It tells nobody what it drops, so this is asked first.
     const auto item = std::make_unique<CmdAuthorFailItem>();
     if (DOM_Rec_DecodeCmdAuthorFailItem(report, item.get()) != DOM_OK) return DOM_ERR_FAILED;
-    const std::lock_guard<std::mutex> lock(list_mutex);
+    const MutexLock lock(list_mutex);
     DOM_ProcCmdAuthorFail(report);
     return DOM_OK;
 }

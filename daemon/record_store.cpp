@@ -89,7 +89,7 @@ Failure NotUsable(const std::string& run_dir) {
 
 RecordStore::RecordStore(std::string run_dir, uint32_t max_records)
     : run_dir_(std::move(run_dir)), max_records_(std::max(max_records, 1u)) {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     Open();
     // The limit may be lower than when the records were stored.
     const bool begun = DBM_Begin(handle_) == 0;
@@ -221,7 +221,7 @@ bool RecordStore::IsBackedUp(uint32_t list) const {
 }
 
 void RecordStore::Store(std::vector<ArrivedRecord>& arrived) {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     size_t to_keep = 0;
     for (ArrivedRecord& one : arrived) {
         one.result = Find(one.list) == nullptr ? DOM_ERR_FAILED : DOM_OK;
@@ -323,7 +323,7 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
     const Reset* reset = std::find_if(std::begin(kResets), std::end(kResets),
                                       [&](const Reset& row) { return row.code == code; });
     if (reset == std::end(kResets)) return AAAD_ERR_MALFORMED;
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     if (DBM_Begin(handle_) != 0) return AAAD_ERR_NOT_SAVED;
     const uint32_t result = DOM_RestoreData(message, 0, 0, 0, nullptr, nullptr);
     if (result != DOM_OK) {
@@ -353,7 +353,7 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
 }
 
 uint32_t RecordStore::Apply(TLV_MSG* message) {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     if (DBM_Begin(handle_) != 0) return AAAD_ERR_NOT_SAVED;
     const Lists before = lists_;
     gone_.clear();
@@ -377,7 +377,7 @@ uint32_t RecordStore::Apply(TLV_MSG* message) {
 }
 
 RecordCounters RecordStore::Counters() const {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     return counters_;
 }
 

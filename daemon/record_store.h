@@ -7,10 +7,10 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "lock.h"
 #include "log.h"
 #include "message.h"
 
@@ -85,18 +85,18 @@ class RecordStore {
 
     using Lists = std::array<List, kRecordLists.size()>;
 
-    List* Find(uint32_t list);
-    void Open();
-    bool TryOpen();
-    bool FindSerials();
-    bool SaveSerials(const Lists& lists);
-    bool Keep(ArrivedRecord& arrived);
-    bool MakeRoom();
+    List* Find(uint32_t list) AAAD_REQUIRES(mutex_);
+    void Open() AAAD_REQUIRES(mutex_);
+    bool TryOpen() AAAD_REQUIRES(mutex_);
+    bool FindSerials() AAAD_REQUIRES(mutex_);
+    bool SaveSerials(const Lists& lists) AAAD_REQUIRES(mutex_);
+    bool Keep(ArrivedRecord& arrived) AAAD_REQUIRES(mutex_);
+    bool MakeRoom() AAAD_REQUIRES(mutex_);
     bool IsKept(uint32_t list) const;
     bool IsBackedUp(uint32_t list) const;
-    bool TryStore(ArrivedRecord* first, size_t number);
-    void TellDropped();
-    void LogUnsaved(size_t records);
+    bool TryStore(ArrivedRecord* first, size_t number) AAAD_REQUIRES(mutex_);
+    void TellDropped() AAAD_REQUIRES(mutex_);
+    void LogUnsaved(size_t records) AAAD_REQUIRES(mutex_);
 
     const std::string run_dir_;
     const uint32_t max_records_;
@@ -104,11 +104,12 @@ class RecordStore {
     std::atomic<uint32_t> kept_lists_{0};       // bit 1 << list
     std::atomic<uint32_t> backed_up_lists_{0};  // likewise
 
-    mutable std::mutex mutex_;
-    Lists lists_;                                      // guarded by mutex_
-    RecordCounters counters_;                          // guarded by mutex_
-    std::vector<std::pair<uint32_t, uint64_t>> gone_;  // dropped by the open transaction
-    LogLimit unsaved_limit_;                           // guarded by mutex_
+    mutable Mutex mutex_;
+    Lists lists_ AAAD_GUARDED_BY(mutex_);
+    RecordCounters counters_ AAAD_GUARDED_BY(mutex_);
+    /// Dropped by the open transaction.
+    std::vector<std::pair<uint32_t, uint64_t>> gone_ AAAD_GUARDED_BY(mutex_);
+    LogLimit unsaved_limit_ AAAD_GUARDED_BY(mutex_);
 };
 
 /// Reads one list from the newest record to the oldest. Records may come and go during the walk:

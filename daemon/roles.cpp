@@ -66,7 +66,7 @@ ConfigurationMail::~ConfigurationMail() {
 
 void ConfigurationMail::Post(Message message) {
     {
-        const std::lock_guard<std::mutex> lock(mutex_);
+        const MutexLock lock(mutex_);
         messages_.push_back(std::move(message));
     }
     const uint64_t one = 1;
@@ -76,7 +76,7 @@ void ConfigurationMail::Post(Message message) {
 std::deque<Message> ConfigurationMail::TakeAll() {
     uint64_t count = 0;
     (void)!read(event_fd_, &count, sizeof count);
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const MutexLock lock(mutex_);
     std::deque<Message> taken;
     taken.swap(messages_);
     return taken;

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 #include <deque>
-#include <mutex>
 
+#include "lock.h"
 #include "message.h"
 
 namespace aaad {
@@ -33,8 +33,8 @@ class ConfigurationMail {
 
   private:
     const int event_fd_;
-    std::mutex mutex_;
-    std::deque<Message> messages_;
+    Mutex mutex_;
+    std::deque<Message> messages_ AAAD_GUARDED_BY(mutex_);
 };
 
 /// Hands the library its callbacks while the object lives; there is one.

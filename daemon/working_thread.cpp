@@ -10,7 +10,7 @@ WorkingThread::WorkingThread() : thread_(&WorkingThread::Loop, this) {}
 
 WorkingThread::~WorkingThread() {
     {
-        const std::lock_guard<std::mutex> lock(mutex_);
+        const MutexLock lock(mutex_);
         stopping_ = true;
     }
     changed_.notify_all();
@@ -18,23 +18,23 @@ WorkingThread::~WorkingThread() {
 }
 
 void WorkingThread::Run(const std::function<void()>& work) {
-    std::unique_lock<std::mutex> lock(mutex_);
+    MutexLock lock(mutex_);
     work_ = &work;
     changed_.notify_all();
-    changed_.wait(lock, [this] { return work_ == nullptr; });
+    while (work_ != nullptr) lock.Wait(changed_);
 }
 
 void WorkingThread::Loop() {
     TakeRole(Role::kWorking);
     (void)pthread_setname_np(pthread_self(), "working");
-    std::unique_lock<std::mutex> lock(mutex_);
+    MutexLock lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [this] { return work_ != nullptr || stopping_; });
+        while (work_ == nullptr && !stopping_) lock.Wait(changed_);
         if (work_ == nullptr) return;
         const std::function<void()>& work = *work_;
-        lock.unlock();
+        lock.Unlock();
         work();
-        lock.lock();
+        lock.Lock();
         work_ = nullptr;
         changed_.notify_all();
     }

@@ -4,8 +4,9 @@
 
 #include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <thread>
+
+#include "lock.h"
 
 namespace aaad {
 
@@ -24,10 +25,10 @@ class WorkingThread {
   private:
     void Loop();
 
-    std::mutex mutex_;
+    Mutex mutex_;
     std::condition_variable changed_;
-    const std::function<void()>* work_ = nullptr;  // guarded by mutex_
-    bool stopping_ = false;                        // guarded by mutex_
+    const std::function<void()>* work_ AAAD_GUARDED_BY(mutex_) = nullptr;
+    bool stopping_ AAAD_GUARDED_BY(mutex_) = false;
     std::thread thread_;
 };
 

@@ -126,7 +126,7 @@ int Environment::OpenNewTable(const std::string& name, bool create, Table* table
 
 int Environment::OpenTable(const std::string& name, bool create, Table* table) {
     const auto find = [&] {
-        const std::lock_guard<std::mutex> guard(tables_mutex_);
+        const platform::MutexLock guard(tables_mutex_);
         const auto known = tables_.find(name);
         if (known == tables_.end()) return false;
         *table = known->second;
@@ -145,7 +145,7 @@ int Environment::OpenTable(const std::string& name, bool create, Table* table) {
         if (code == 0) code = OpenNewTable(name, false, table);
     }
     if (code != 0) return code;
-    const std::lock_guard<std::mutex> guard(tables_mutex_);
+    const platform::MutexLock guard(tables_mutex_);
     tables_[name] = *table;
     return 0;
 }
@@ -165,7 +165,7 @@ ReadAccess::ReadAccess(Environment& environment)
     own_ = true;
     for (int attempt = 0; attempt < 3; ++attempt) {
         {
-            const std::lock_guard<std::mutex> guard(environment.readers_mutex_);
+            const platform::MutexLock guard(environment.readers_mutex_);
             if (!environment.idle_readers_.empty()) {
                 txn_ = environment.idle_readers_.back();
                 environment.idle_readers_.pop_back();
@@ -199,7 +199,7 @@ ReadAccess::ReadAccess(Environment& environment)
 ReadAccess::~ReadAccess() {
     if (!own_ || txn_ == nullptr) return;
     mdb_txn_reset(txn_);
-    const std::lock_guard<std::mutex> guard(environment_.readers_mutex_);
+    const platform::MutexLock guard(environment_.readers_mutex_);
     /* The room was reserved when the environment was opened: no allocation here. */
     if (environment_.idle_readers_.size() < environment_.idle_readers_.capacity())
         environment_.idle_readers_.push_back(txn_);

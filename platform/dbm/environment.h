@@ -16,6 +16,7 @@
 #include "dbm/avl_list.h"
 #include "dbm/damage_guard.h"
 #include "dbm/file_check.h"
+#include "lock.h"
 
 namespace aaadom::dbm {
 
@@ -79,6 +80,8 @@ class Environment {
     void Report(const char* action, int code) noexcept;
 
   private:
+    using Mutex = platform::Mutex;
+    using MutexLock = platform::MutexLock;
     friend class ReadAccess;
     friend class WriteAccess;
 
@@ -123,17 +126,17 @@ class Environment {
     std::mutex write_mutex_;     /* this process's writers; held by the owner of the scope */
     std::shared_mutex activity_; /* shared: inside LMDB; alone: changes LMDB's process-wide state */
 
-    std::mutex tables_mutex_; /* leaf */
-    std::map<std::string, Table> tables_;
+    Mutex tables_mutex_; /* leaf */
+    std::map<std::string, Table> tables_ PLATFORM_GUARDED_BY(tables_mutex_);
 
-    std::mutex readers_mutex_; /* leaf */
-    std::vector<MDB_txn*> idle_readers_;
+    Mutex readers_mutex_; /* leaf */
+    std::vector<MDB_txn*> idle_readers_ PLATFORM_GUARDED_BY(readers_mutex_);
 
-    std::mutex scope_mutex_; /* leaf; changes of the fields below */
+    Mutex scope_mutex_; /* leaf; changes of the fields below */
     std::atomic<uint64_t> scope_owner_{0};
     std::atomic<uint64_t> scope_user_{0}; /* 0 while the scope is lent and not yet borrowed */
-    uint64_t scope_token_ = 0;
-    bool scope_borrowed_ = false;
+    uint64_t scope_token_ PLATFORM_GUARDED_BY(scope_mutex_) = 0;
+    bool scope_borrowed_ PLATFORM_GUARDED_BY(scope_mutex_) = false;
     unsigned borrowed_depth_ = 0;
     /* Touched by the scope's user alone. */
     MDB_txn* scope_txn_ = nullptr;

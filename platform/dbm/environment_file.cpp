@@ -38,8 +38,8 @@ struct DirectoryLock {
 /* The lock files of environments that have lost their writer. LMDB's lock in them is held until the
  * process ends: to open one again here would wait for ever. */
 struct LostLocks {
-    std::mutex mutex;
-    std::vector<std::pair<dev_t, ino_t>> files;
+    platform::Mutex mutex;
+    std::vector<std::pair<dev_t, ino_t>> files PLATFORM_GUARDED_BY(mutex);
 };
 LostLocks& Lost() {
     static LostLocks* const lost = new LostLocks; /* outlives every environment */
@@ -50,7 +50,7 @@ bool LockIsLost(const std::string& lock_file) {
     struct stat status;
     if (stat(lock_file.c_str(), &status) != 0) return false;
     LostLocks& lost = Lost();
-    const std::lock_guard<std::mutex> guard(lost.mutex);
+    const platform::MutexLock guard(lost.mutex);
     for (const auto& [device, inode] : lost.files)
         if (device == status.st_dev && inode == status.st_ino) return true;
     return false;
@@ -114,8 +114,9 @@ int Environment::CreateFile() {
     return fsync(lock.fd) != 0 ? errno : 0;
 }
 
-int Environment::Open(const std::string& directory, bool durable, bool create,
-                      bool read_only_allowed) {
+/* Opening and closing have the environment to themselves. */
+PLATFORM_NO_TSA int Environment::Open(const std::string& directory, bool durable, bool create,
+                                      bool read_only_allowed) {
     InstallFaultHandlers();
     path_ = directory;
     idle_readers_.reserve(kMaxIdleReaders);
@@ -150,7 +151,7 @@ int Environment::Open(const std::string& directory, bool durable, bool create,
     return code;
 }
 
-void Environment::Close() noexcept {
+PLATFORM_NO_TSA void Environment::Close() noexcept {
     if (env_ == nullptr) return;
     for (MDB_txn* txn : idle_readers_) mdb_txn_abort(txn);
     idle_readers_.clear();
@@ -164,7 +165,7 @@ void Environment::LoseWriter() noexcept {
     struct stat status;
     if (stat((path_ + "/lock.mdb").c_str(), &status) != 0) return;
     LostLocks& lost = Lost();
-    const std::lock_guard<std::mutex> guard(lost.mutex);
+    const platform::MutexLock guard(lost.mutex);
     lost.files.emplace_back(status.st_dev, status.st_ino);
 }
 

@@ -11,13 +11,19 @@
 #include <condition_variable>
 #include <map>
 #include <new>
-#include <shared_mutex>
 #include <utility>
 #include <vector>
 
 #include "dbm/report.h"
+#include "lock.h"
 
 namespace aaadom::dbm {
+
+using platform::AloneLock;
+using platform::Mutex;
+using platform::MutexLock;
+using platform::SharedLock;
+using platform::SharedMutex;
 
 namespace {
 
@@ -44,17 +50,18 @@ std::atomic<uint64_t> g_next_token{1};
 }  // namespace
 
 struct ProcessState {
-    std::mutex roots_mutex;
-    std::string persistent_root = "/var/lib/aaad";
-    std::string runtime_root = "/run/aaad";
+    Mutex roots_mutex;
+    std::string persistent_root PLATFORM_GUARDED_BY(roots_mutex) = "/var/lib/aaad";
+    std::string runtime_root PLATFORM_GUARDED_BY(roots_mutex) = "/run/aaad";
 
-    std::shared_mutex handles_mutex;
-    std::vector<Slot> slots;
-    std::map<uint64_t, std::weak_ptr<SharedEnvironment>> lent;
+    SharedMutex handles_mutex;
+    std::vector<Slot> slots PLATFORM_GUARDED_BY(handles_mutex);
+    std::map<uint64_t, std::weak_ptr<SharedEnvironment>> lent PLATFORM_GUARDED_BY(handles_mutex);
 
-    std::mutex environments_mutex;
+    Mutex environments_mutex;
     std::condition_variable environment_closed;
-    std::map<DirectoryId, std::weak_ptr<SharedEnvironment>> environments;
+    std::map<DirectoryId, std::weak_ptr<SharedEnvironment>> environments
+        PLATFORM_GUARDED_BY(environments_mutex);
 
     /* After a fork: the parent's state. Its locks may be held and its environments must not be used
      * or closed here (closing a descriptor of the lock file would drop locks), so it only stays
@@ -66,13 +73,14 @@ namespace {
 
 std::atomic<ProcessState*> g_state{nullptr};
 
-void BeforeFork() {
+/* A fork takes the lock in the parent and releases it in both. */
+PLATFORM_NO_TSA void BeforeFork() {
     if (ProcessState* state = g_state.load()) state->roots_mutex.lock();
 }
-void InParent() {
+PLATFORM_NO_TSA void InParent() {
     if (ProcessState* state = g_state.load()) state->roots_mutex.unlock();
 }
-void InChild() {
+PLATFORM_NO_TSA void InChild() {
     if (g_state.load() == nullptr) return;
     ProcessState* parent = g_state.load();
     ProcessState* fresh = nullptr;
@@ -135,7 +143,7 @@ int Attach(ProcessState& state, const Location& where, bool create,
     if (fstat(fresh->directory_fd, &status) != 0) return errno;
     const DirectoryId id{status.st_dev, status.st_ino};
 
-    std::unique_lock<std::mutex> lock(state.environments_mutex);
+    MutexLock lock(state.environments_mutex);
     for (;;) {
         const auto known = state.environments.find(id);
         if (known == state.environments.end()) break;
@@ -144,7 +152,7 @@ int Attach(ProcessState& state, const Location& where, bool create,
             if (where.durable) (*out)->environment.MakeDurable();
             return 0;
         }
-        state.environment_closed.wait(lock); /* its last user is closing it */
+        lock.Wait(state.environment_closed); /* its last user is closing it */
     }
     auto entry = state.environments.emplace(id, std::weak_ptr<SharedEnvironment>()).first;
     int code;
@@ -169,7 +177,7 @@ int Locate(ProcessState& state, const std::string& database, bool create, bool d
            Location* where) {
     std::string persistent, runtime;
     {
-        const std::lock_guard<std::mutex> guard(state.roots_mutex);
+        const MutexLock guard(state.roots_mutex);
         persistent = state.persistent_root;
         runtime = state.runtime_root;
     }
@@ -199,7 +207,7 @@ int Locate(ProcessState& state, const std::string& database, bool create, bool d
 }
 
 bool AddHandle(ProcessState& state, OpenTablePtr table, DBM_HANDLE* handle) {
-    const std::unique_lock<std::shared_mutex> guard(state.handles_mutex);
+    const AloneLock guard(state.handles_mutex);
     size_t index = 0;
     while (index < state.slots.size() && state.slots[index].serial != 0) ++index;
     if (index == kMaxHandles) return false;
@@ -212,8 +220,7 @@ bool AddHandle(ProcessState& state, OpenTablePtr table, DBM_HANDLE* handle) {
     return true;
 }
 
-/* Precondition: handles_mutex is held. */
-Slot* SlotOf(ProcessState& state, DBM_HANDLE handle) {
+Slot* SlotOf(ProcessState& state, DBM_HANDLE handle) PLATFORM_REQUIRES_SHARED(state.handles_mutex) {
     if (handle <= 0) return nullptr;
     const auto bits = static_cast<uint64_t>(handle);
     const uint64_t index = (bits & kSlotMask) - 1;
@@ -223,7 +230,7 @@ Slot* SlotOf(ProcessState& state, DBM_HANDLE handle) {
 }
 
 std::shared_ptr<SharedEnvironment> FindLent(ProcessState& state, uint64_t token, bool take) {
-    const std::unique_lock<std::shared_mutex> guard(state.handles_mutex);
+    const AloneLock guard(state.handles_mutex);
     const auto found = state.lent.find(token);
     if (found == state.lent.end()) return nullptr;
     auto environment = found->second.lock();
@@ -235,7 +242,7 @@ std::shared_ptr<SharedEnvironment> FindLent(ProcessState& state, uint64_t token,
 
 SharedEnvironment::~SharedEnvironment() {
     if (state != nullptr) {
-        const std::lock_guard<std::mutex> guard(state->environments_mutex);
+        const MutexLock guard(state->environments_mutex);
         environment.Close();
         struct stat status;
         if (fstat(directory_fd, &status) == 0)
@@ -247,7 +254,7 @@ SharedEnvironment::~SharedEnvironment() {
 
 OpenTablePtr FindHandle(DBM_HANDLE handle) {
     ProcessState& state = State();
-    const std::shared_lock<std::shared_mutex> guard(state.handles_mutex);
+    const SharedLock guard(state.handles_mutex);
     const Slot* slot = SlotOf(state, handle);
     return slot != nullptr ? slot->table : nullptr;
 }
@@ -258,7 +265,7 @@ bool SetRoots(const char* persistent_dir, const char* runtime_dir) {
             (root[0] == '\0' || strnlen(root, kMaxRootLength + 1) > kMaxRootLength))
             return false;
     ProcessState& state = State();
-    const std::lock_guard<std::mutex> guard(state.roots_mutex);
+    const MutexLock guard(state.roots_mutex);
     std::string persistent = persistent_dir != nullptr ? persistent_dir : state.persistent_root;
     std::string runtime = runtime_dir != nullptr ? runtime_dir : state.runtime_root;
     state.persistent_root.swap(persistent);
@@ -294,7 +301,7 @@ bool CloseHandle(DBM_HANDLE handle) {
     ProcessState& state = State();
     OpenTablePtr dying; /* its end takes other locks: after the guard */
     {
-        const std::unique_lock<std::shared_mutex> guard(state.handles_mutex);
+        const AloneLock guard(state.handles_mutex);
         Slot* slot = SlotOf(state, handle);
         if (slot == nullptr) return false;
         SharedEnvironment& shared = *slot->table->shared;
@@ -315,7 +322,7 @@ bool LendScope(DBM_HANDLE handle, uint64_t* token) {
     ProcessState& state = State();
     const uint64_t number = g_next_token.fetch_add(1);
     {
-        const std::unique_lock<std::shared_mutex> guard(state.handles_mutex);
+        const AloneLock guard(state.handles_mutex);
         state.lent.emplace(number, table->shared);
     }
     if (!table->environment().Lend(number)) {

@@ -5,11 +5,11 @@
 #include <platform/dbm.h>
 
 #include <memory>
-#include <mutex>
 #include <set>
 #include <string>
 
 #include "dbm/environment.h"
+#include "lock.h"
 
 namespace aaadom::dbm {
 
@@ -31,8 +31,8 @@ struct OpenTable {
 
     /* Key texts given out by DBM_GetKeysByValueType; their addresses stay until the handle closes.
      */
-    std::mutex names_mutex;
-    std::set<std::string, std::less<>> names;
+    platform::Mutex names_mutex;
+    std::set<std::string, std::less<>> names PLATFORM_GUARDED_BY(names_mutex);
 
     Environment& environment() const noexcept { return shared->environment; }
 };

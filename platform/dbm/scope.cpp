@@ -29,7 +29,7 @@ bool Environment::Begin() {
     }
     scope_depth_ = 1;
     scope_failed_ = false;
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     scope_token_ = 0;
     scope_borrowed_ = false;
     scope_owner_.store(ThisThread());
@@ -55,7 +55,7 @@ bool Environment::LeaveList() {
 /* The transaction is already committed or aborted. */
 void Environment::EndScope() noexcept {
     {
-        const std::lock_guard<std::mutex> guard(scope_mutex_);
+        const platform::MutexLock guard(scope_mutex_);
         scope_user_ = 0;
         scope_owner_ = 0;
         scope_token_ = 0;
@@ -116,7 +116,7 @@ bool Environment::DropScope() {
  * so the fields of the user are seen by the next one. */
 bool Environment::Lend(uint64_t token) {
     if (ScopeOfThisThread() != Scope::kMine || scope_owner_.load() != ThisThread()) return false;
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     scope_token_ = token;
     scope_borrowed_ = false;
     scope_user_ = 0;
@@ -124,7 +124,7 @@ bool Environment::Lend(uint64_t token) {
 }
 
 bool Environment::Borrow(uint64_t token) {
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     if (scope_token_ != token || scope_borrowed_ || scope_owner_ == ThisThread()) return false;
     scope_borrowed_ = true;
     borrowed_depth_ = scope_depth_;
@@ -133,7 +133,7 @@ bool Environment::Borrow(uint64_t token) {
 }
 
 bool Environment::Return(uint64_t token) {
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     if (scope_token_ != token || !scope_borrowed_ || scope_user_ != ThisThread()) return false;
     const bool balanced = scope_depth_ == borrowed_depth_;
     if (!balanced) {
@@ -147,7 +147,7 @@ bool Environment::Return(uint64_t token) {
 }
 
 bool Environment::Recall(uint64_t* token) {
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     if (scope_owner_ != ThisThread()) return false;
     *token = 0;
     if (scope_user_ == ThisThread()) return true;
@@ -159,7 +159,7 @@ bool Environment::Recall(uint64_t* token) {
 }
 
 bool Environment::IsLentAs(uint64_t token) {
-    const std::lock_guard<std::mutex> guard(scope_mutex_);
+    const platform::MutexLock guard(scope_mutex_);
     return scope_token_ == token;
 }
 

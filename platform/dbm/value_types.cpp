@@ -33,7 +33,7 @@ void WalkType(OpenTable& table, MDB_txn* txn, uint32_t value_type, Visit visit) 
 /* The handle's own copy of a key's text; the same address for the same key. */
 const char* Intern(OpenTable& table, const Key& key) {
     const std::string_view text(static_cast<const char*>(key.bytes), key.length);
-    const std::lock_guard<std::mutex> guard(table.names_mutex);
+    const platform::MutexLock guard(table.names_mutex);
     const auto known = table.names.find(text);
     return known != table.names.end() ? known->c_str() : table.names.emplace(text).first->c_str();
 }

@@ -4,7 +4,8 @@
 
 #include <cstdio>
 #include <cstring>
-#include <mutex>
+
+#include "lock.h"
 
 namespace platform {
 namespace {
@@ -12,8 +13,8 @@ namespace {
 constexpr size_t kFileNameLength = sizeof("/lipc-660c-0080.sock") - 1;
 constexpr size_t kLongestDirectory = kEndpointPathSize - 1 - kFileNameLength;
 
-std::mutex directory_mutex;
-char runtime_directory[kLongestDirectory + 1] = "/run/aaad";
+Mutex directory_mutex;
+char runtime_directory[kLongestDirectory + 1] PLATFORM_GUARDED_BY(directory_mutex) = "/run/aaad";
 
 }  // namespace
 
@@ -21,7 +22,7 @@ bool SetRuntimeDirectory(const char* directory) noexcept {
     if (directory == nullptr) return false;
     const size_t length = strnlen(directory, kLongestDirectory + 1);
     if (length == 0 || length > kLongestDirectory) return false;
-    const std::lock_guard<std::mutex> lock(directory_mutex);
+    const MutexLock lock(directory_mutex);
     std::memcpy(runtime_directory, directory, length);
     runtime_directory[length] = '\0';
     return true;
@@ -31,7 +32,7 @@ EndpointPath PathOf(uint16_t endpoint, uint16_t sub_endpoint) noexcept {
     EndpointPath path;
     char directory[kLongestDirectory + 1];
     {
-        const std::lock_guard<std::mutex> lock(directory_mutex);
+        const MutexLock lock(directory_mutex);
         std::memcpy(directory, runtime_directory, sizeof directory);
     }
     std::snprintf(path.directory, sizeof path.directory, "%s", directory);

@@ -3,17 +3,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <mutex>
 #include <new>
 
 #include "lipc/native_family.h"
 #include "lipc/packet_room.h"
 #include "lipc/server.h"
+#include "lock.h"
 
 namespace {
 
-std::mutex servers_mutex;
-platform::Server* servers = nullptr;  // every open one
+platform::Mutex servers_mutex;
+platform::Server* servers PLATFORM_GUARDED_BY(servers_mutex) = nullptr;  // every open one
 
 int32_t Refuse(int error) noexcept {
     errno = error;
@@ -21,7 +21,7 @@ int32_t Refuse(int error) noexcept {
 }
 
 platform::Server* TakeOut(int fd) noexcept {
-    const std::lock_guard<std::mutex> lock(servers_mutex);
+    const platform::MutexLock lock(servers_mutex);
     for (platform::Server** link = &servers; *link != nullptr; link = &(*link)->next) {
         platform::Server* server = *link;
         if (server->fd() != fd) continue;
@@ -42,7 +42,7 @@ extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint,
         delete server;
         return Refuse(error);
     }
-    const std::lock_guard<std::mutex> lock(servers_mutex);
+    const platform::MutexLock lock(servers_mutex);
     server->next = servers;
     servers = server;
     return server->fd();

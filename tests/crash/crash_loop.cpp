@@ -3,6 +3,7 @@
 #include <platform/dbm.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -19,7 +20,7 @@ namespace crash {
 namespace {
 
 constexpr size_t kClients = 5;
-constexpr uint32_t kLoadMicroseconds = 120000;  // at most, before a kill
+constexpr uint32_t kLoadMicroseconds = 120000;  // at most, before a kill; longer on a busy machine
 constexpr uint32_t kInitialLimit = 5000;
 constexpr unsigned kTellEvery = 25;
 
@@ -101,7 +102,7 @@ std::vector<std::string> CrashLoop::JudgeNow() {
 void CrashLoop::KillUnderLoad() {
     std::vector<std::thread> threads;
     for (Client& client : clients_) threads.emplace_back([&client] { client.Run(); });
-    Sleep(Below(kLoadMicroseconds));
+    Sleep(Below(std::max(kLoadMicroseconds, 2 * static_cast<uint32_t>(start_time_.count()))));
     daemon_.Kill();
     ++kills_;
     for (std::thread& thread : threads) thread.join();

@@ -31,7 +31,7 @@ struct Race {
     int load = 0;           // number of what grows
     std::string load_unit;  // name of what grows
     std::vector<Goal> goals;
-    double seconds = 0.05;  // of a window
+    double seconds = 0;  // of a window; 0: each does a fixed amount of work
     /// Sets the stage, in a process of the race's own. The first contestant is ours; what the
     /// windows need lives as long as they do.
     std::function<std::vector<Contestant>()> prepare;

@@ -15,6 +15,12 @@
 
 namespace {
 
+volatile sig_atomic_t interrupted = 0;
+
+void Interrupt(int) {
+    interrupted = 1;
+}
+
 int Usage() {
     fprintf(stderr,
             "usage: aaadom_bench [--quick] [--only GROUP] RESULTS_FILE\n"
@@ -67,7 +73,11 @@ int main(int argc, char** argv) {
     const auto start = std::chrono::steady_clock::now();
     size_t number = 0;
     size_t failed = 0;
+    // The race that runs ends by the same signal; what it leaves behind is removed below.
+    signal(SIGINT, Interrupt);
+    signal(SIGTERM, Interrupt);
     for (const bench::Race& race : all) {
+        if (interrupted != 0) break;
         const auto seconds =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         char progress[48];
@@ -80,6 +90,7 @@ int main(int argc, char** argv) {
     }
     close(fd);
     bench::RemoveWorkspace();
+    if (interrupted != 0) return 1;
     if (failed != 0) fprintf(stderr, "aaadom_bench: %zu of %zu races failed\n", failed, all.size());
     return failed == 0 ? 0 : 1;
 }

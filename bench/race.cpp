@@ -1,9 +1,12 @@
 #include "race.h"
 
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -98,12 +101,19 @@ bool Run(const Race& race, const std::string& results, const std::string& progre
     // Tables, database roots and the daemon that is asked are one a process.
     const pid_t child = fork();
     if (child == 0) {
+        signal(SIGINT, SIG_DFL);
+        signal(SIGTERM, SIG_DFL);
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
         const bool good = RunHere(race, results);
         fflush(stdout);
         _exit(good ? 0 : 1);
     }
     int status = 1;
-    return child > 0 && waitpid(child, &status, 0) == child && status == 0;
+    pid_t ended = -1;
+    do {
+        ended = child > 0 ? waitpid(child, &status, 0) : -1;
+    } while (ended < 0 && errno == EINTR);
+    return child > 0 && ended == child && status == 0;
 }
 
 }  // namespace bench

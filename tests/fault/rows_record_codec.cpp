@@ -48,6 +48,12 @@ Outcome AddRecord(Scene& scene) {
     const uint32_t result =
         DOM_EncodeUserRecordAll(DOM_RECORD_NORMAL_OFFLINE, &record, scene.message, scratch.get());
     EXPECT_EQ(TLV_GetFirst(scratch.get()), nullptr);
+    if (result == DOM_OK) {
+        // What was there before is gone, sent or not: the record stands alone.
+        TLV_ITER* only = TLV_GetFirst(scene.message);
+        EXPECT_EQ(TLV_GetNext(scene.message, only), nullptr);
+        EXPECT_LT(TLV_GetLenByIterator(scene.message, only), kFullBatch);
+    }
     return {result, fake::ImageOf(scene.message)};
 }
 

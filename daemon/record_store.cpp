@@ -324,7 +324,11 @@ uint32_t RecordStore::Clear(TLV_MSG* message, uint32_t code, uint32_t& removed) 
                                       [&](const Reset& row) { return row.code == code; });
     if (reset == std::end(kResets)) return AAAD_ERR_MALFORMED;
     const MutexLock lock(mutex_);
-    if (DBM_Begin(handle_) != 0) return AAAD_ERR_NOT_SAVED;
+    // Not want of room, which shows later: the lists are damaged, and reading them fails alike.
+    if (DBM_Begin(handle_) != 0) {
+        LogUnsaved(0);
+        return DOM_ERR_FAILED;
+    }
     const uint32_t result = DOM_RestoreData(message, 0, 0, 0, nullptr, nullptr);
     if (result != DOM_OK) {
         (void)DBM_Abort(handle_);

@@ -188,7 +188,7 @@ TEST_F(VerdictOnDaemon, SavedDomainInAnotherPlaceIsFound) {
 
 TEST_F(VerdictOnDaemon, SavedDomainThatIsNoneIsFound) {
     PutElement(1, "no domain");
-    EXPECT_TRUE(Mentions(JudgeIt(), "unreadable"));
+    EXPECT_TRUE(Mentions(JudgeIt(), "element1: nobody made it"));
 }
 
 TEST_F(VerdictOnDaemon, LostProfileIsFound) {

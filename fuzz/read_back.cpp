@@ -93,11 +93,11 @@ void ReadProfiles() {
         AuthorSegment segment{};
         (void)AAA_GetAuthorProfileData(profile->name, "vpn", &segment);
         uint16_t flag = 0;
-        Message(DOM_author_ProcProfileGet(profile->name, &flag));
+        (void)Message(DOM_author_ProcProfileGet(profile->name, &flag));
         char vpn[32] = "";
         for (int i = 0; i < 200; ++i)
             if (!Message(DOM_author_ProcProfileVpnGetBulk(profile->name, vpn))) break;
-        Message(DOM_author_ProcProfileGetBulk(profile->name));
+        (void)Message(DOM_author_ProcProfileGetBulk(profile->name));
     }
     CriticalProfile** head = DOM_critical_GetProfileHead();
     for (CriticalProfile* profile = head != nullptr ? *head : nullptr; profile != nullptr;
@@ -105,11 +105,11 @@ void ReadProfiles() {
         CriticalSegment segment{};
         (void)AAA_GetCriticalData(profile->name, "vpn", &segment);
         uint16_t flag = 0;
-        Message(DOM_critical_ProcProfileGet(profile->name, &flag));
+        (void)Message(DOM_critical_ProcProfileGet(profile->name, &flag));
         char vpn[32] = "";
         for (int i = 0; i < 200; ++i)
             if (!Message(DOM_critical_ProcProfileVpnGetBulk(profile->name, vpn))) break;
-        Message(DOM_critical_ProcProfileGetBulk(profile->name));
+        (void)Message(DOM_critical_ProcProfileGetBulk(profile->name));
     }
 }
 
@@ -191,7 +191,7 @@ void ReadTables() {
         DOM_GetGlobalDomainName(&global);
         SessionLimits limits{};
         DOM_GetAllSessionLimit(&limits);
-        Message(DOM_GetAllRecordEnableInfo());
+        (void)Message(DOM_GetAllRecordEnableInfo());
         (void)DOM_GetAllRecordBackupMethodToUint();
         char nas_id[32];
         (void)DOM_GetNasIdByProfileAndVlanId("branch", 10, nas_id);

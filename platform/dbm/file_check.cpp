@@ -25,6 +25,8 @@ constexpr uint16_t kHarmlessFlags = MDB_NOSUBDIR;
 constexpr uint64_t kNoPage = ~uint64_t{0};
 constexpr unsigned kMaxDepth = 32;
 constexpr size_t kMaxKey = 511;
+/* The keys of the list of free pages. */
+constexpr size_t kTransactionKey = sizeof(uint64_t);
 
 struct Tree {
     uint32_t pad;
@@ -122,15 +124,15 @@ class Walker {
         std::string separator; /* the next leaf key is not below it */
 
         static int Compare(const std::string& a, const std::string& b, Contents contents) {
-            if (contents != Contents::kFreeList || a.size() != 8 || b.size() != 8)
-                return a.compare(b);
+            if (contents != Contents::kFreeList) return a.compare(b);
             uint64_t left, right;
             memcpy(&left, a.data(), sizeof left);
             memcpy(&right, b.data(), sizeof right);
             return left < right ? -1 : left > right;
         }
+        /* Left of a separator lies a key at least. */
         bool Separate(std::string key, Contents contents) {
-            if (any && Compare(last, key, contents) >= 0) return false;
+            if (Compare(last, key, contents) >= 0) return false;
             separator = std::move(key);
             return true;
         }
@@ -153,8 +155,7 @@ class Walker {
 
     /* Each page is reached once, and lies inside the file. */
     bool Claim(uint64_t first, uint64_t count) {
-        if (first < 2 || count == 0 || count > seen_.size() || first > seen_.size() - count)
-            return false;
+        if (first < 2 || count > seen_.size() || first > seen_.size() - count) return false;
         for (uint64_t page = first; page < first + count; ++page) {
             if (seen_[page]) return false;
             seen_[page] = true;
@@ -185,12 +186,14 @@ class Walker {
             if (key_end > page_size_ || node.key_size > kMaxKey) return false;
             std::string key(reinterpret_cast<const char*>(page.data()) + at + sizeof(Node),
                             node.key_size);
+            const bool is_key =
+                contents == Contents::kFreeList ? key.size() == kTransactionKey : !key.empty();
             if (depth > 1) {
                 const uint64_t child =
                     node.low | uint64_t{node.high} << 16 | uint64_t{node.flags} << 32;
-                if (i > 0 && (node.key_size == 0 || !order->Separate(key, contents))) return false;
+                if (i > 0 && (!is_key || !order->Separate(key, contents))) return false;
                 if (!CheckPage(child, depth - 1, contents, order)) return false;
-            } else if (!order->Take(key, contents) ||
+            } else if (!is_key || !order->Take(key, contents) ||
                        !CheckLeafNode(node, page.data() + at + sizeof(Node), page_size_ - key_end,
                                       contents)) {
                 return false;
@@ -202,7 +205,7 @@ class Walker {
     bool CheckLeafNode(const Node& node, const uint8_t* key, size_t room, Contents contents) {
         const uint32_t size = node.low | uint32_t{node.high} << 16;
         const uint8_t* data = key + node.key_size;
-        if (node.key_size == 0 || size > INT32_MAX) return false;
+        if (size > INT32_MAX) return false;
         if (contents == Contents::kDirectory) {
             if (node.flags != kSubData || size != sizeof(Tree) || size > room) return false;
             Tree tree;
@@ -223,8 +226,7 @@ class Walker {
         } else if (node.flags != 0 || size > room) {
             return false;
         }
-        return contents != Contents::kFreeList ||
-               (node.key_size == 8 && CheckFreePages(data, size));
+        return contents != Contents::kFreeList || CheckFreePages(data, size);
     }
 
     bool CheckOverflow(uint64_t first, uint32_t size) {

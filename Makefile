@@ -1,14 +1,19 @@
 # Thin: everything is built by CMake presets (CMakePresets.json).
 JOBS ?= $(shell nproc)
 DESTDIR ?=
+FUZZ_SECONDS ?= 600
 PREFIX ?= /usr
 
-.PHONY: help demo test sanitize check bench install format clean
+.PHONY: help demo test sanitize fuzz check abi-update coverage deb test-deb bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
-	@echo "make sanitize  the same tests under the address, undefined and thread sanitizers"
-	@echo "make check     layers, exports, headers, format, thread-safety analysis"
+	@echo "make sanitize  the same tests under the address and undefined sanitizers, those with threads under the thread sanitizer"
+	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
+	@echo "make check     layers, exports, headers, format, thread-safety analysis, unit, ABI"
+	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
+	@echo "make coverage  the tests again, and which lines and branches they reach"
+	@echo "make deb       Debian packages, checked by lintian; make test-deb installs and tries them"
 	@echo "make bench     measure against peers in the same run"
 	@echo "make install   install below DESTDIR=$(DESTDIR) PREFIX=$(PREFIX)"
 	@echo "make format    lay out all sources"
@@ -34,14 +39,45 @@ sanitize:
 	cmake --build --preset tsan -j $(JOBS)
 	ctest --preset tsan -j $(JOBS)
 
+fuzz:
+	tools/bootstrap
+	cmake --preset fuzz --log-level=WARNING
+	cmake --build build/fuzz -j $(JOBS) --target fuzz_targets
+	tools/fuzz build/fuzz $(FUZZ_SECONDS)
+
 check:
 	tools/bootstrap
 	tools/check-layers
-	tools/check-headers
+	CC=gcc CXX=g++ tools/check-headers
+	CC=clang CXX=clang++ tools/check-headers
 	tools/check-format
 	cmake --preset clang -DAAADOM_TESTS=OFF --log-level=WARNING
 	cmake --build --preset clang -j $(JOBS)
 	tools/check-exports build/clang/src/libaaadom.so.1
+	tools/check-exports build/clang/platform/libaaaplatform.so.1
+	tools/check-unit build/clang
+	cmake --preset release --log-level=WARNING
+	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
+	tools/check-abi build/release
+
+abi-update:
+	tools/bootstrap
+	cmake --preset release --log-level=WARNING
+	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
+	tools/check-abi --update build/release
+
+coverage:
+	tools/bootstrap coverage
+	cmake --preset coverage --log-level=WARNING
+	cmake --build --preset coverage -j $(JOBS)
+	tools/coverage build/coverage
+
+deb:
+	tools/bootstrap deb
+	JOBS=$(JOBS) tools/make-deb build/deb
+
+test-deb: deb
+	tools/check-deb build/deb
 
 bench:
 	tools/bootstrap bench
@@ -53,7 +89,7 @@ install:
 	tools/bootstrap
 	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) --log-level=WARNING
 	cmake --build --preset release -j $(JOBS)
-	DESTDIR=$(DESTDIR) cmake --install build/release
+	DESTDIR=$(DESTDIR) cmake --install build/release --strip
 
 format:
 	git ls-files '*.h' '*.cpp' '*.c' | xargs clang-format -i

@@ -1,87 +1,77 @@
-// Runs every benchmark in interleaved repetitions and prints medians as ratios to the peers.
-#include <benchmark/benchmark.h>
+// Runs every race and writes what it measured, a line of JSON a race. Usage: see Usage().
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
 
-#include <algorithm>
+#include <chrono>
 #include <cstdio>
-#include <map>
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "race.h"
+#include "workspace.h"
+
 namespace {
 
-class Collector : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration) continue;
-            if (run.error_occurred) failed_ = true;
-            times_[run.run_name.str()].push_back(run.GetAdjustedRealTime());
-        }
-    }
-    bool Failed() const { return failed_; }
-    const std::vector<double>& Times(const std::string& name) { return times_[name]; }
-
-  private:
-    bool failed_ = false;
-    std::map<std::string, std::vector<double>> times_;
-};
-
-struct Comparison {
-    const char* what;
-    const char* ours;
-    const char* peer;
-    const char* goal;
-};
-
-constexpr Comparison kComparisons[] = {
-    {"find by name, against a scan", "FindByName", "ScanInSlotOrder", "at least 50 times faster"},
-    {"encode a domain, against protobuf", "EncodeDomain", "EncodeProtobuf",
-     "at least 5 times faster"},
-    {"decode a domain, against protobuf", "DecodeDomain", "DecodeProtobuf",
-     "at least 4 times faster"},
-    {"GET, 1 client, against an echo", "GetDomain/real_time/threads:1",
-     "EchoDomain/real_time/threads:1", "at least 0.91 times as fast"},
-    {"GET, 16 clients, against an echo", "GetDomain/real_time/threads:16",
-     "EchoDomain/real_time/threads:16", "at least 0.83 times as fast"},
-    {"durable SET, 1 client, against a raw put", "SetDurable/real_time/threads:1",
-     "PutRaw/real_time/threads:1", "at least 0.7 times as fast"},
-    {"durable SET, 16 clients, against raw puts", "SetDurable/real_time/threads:16",
-     "PutRaw/real_time/threads:16", "at least 2.8 times as fast"},
-    {"walk of 256 domains, against one of 1024", "WalkQuarterTable/real_time",
-     "WalkFullTable/real_time", "at most 4.6 times the cost"},
-    {"user records one by one, against raw puts", "InsertRecords/1/iterations:1/real_time",
-     "InsertRaw/1/iterations:1/real_time", "at least 0.85 times as fast"},
-    {"user records by hundreds, against raw puts", "InsertRecords/100/iterations:1/real_time",
-     "InsertRaw/100/iterations:1/real_time", "at least 0.85 times as fast"},
-    {"page of a long list, against a short one", "PageOfLongList/iterations:2000/real_time",
-     "PageOfShortList/iterations:2000/real_time", "at least 0.2 times as fast"},
-    {"page of a million records, against 1000", "PageOfMany/real_time", "PageOfFew/real_time",
-     "at least 0.2 times as fast"},
-};
-
-double Median(std::vector<double> values) {
-    if (values.empty()) return 0;
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+int Usage() {
+    fprintf(stderr,
+            "usage: aaadom_bench [--quick] [--only GROUP] RESULTS_FILE\n"
+            "  --quick  short windows; smallest and largest load only where a daemon is asked\n"
+            "  --only   the races whose group begins so: find, encode, decode, get, set, records,\n"
+            "           pages, start, import, walk\n"
+            "The files of the databases go below $BENCH_DIR, /var/tmp when it is not set.\n");
+    return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    Collector collector;
-    benchmark::RunSpecifiedBenchmarks(&collector);
-    printf("\n%-44s %12s %12s %8s  (spread)   goal\n", "", "ours", "peer", "times");
-    for (const Comparison& row : kComparisons) {
-        const auto& ours = collector.Times(row.ours);
-        const auto& peer = collector.Times(row.peer);
-        if (ours.empty() || ours.size() != peer.size()) continue;
-        std::vector<double> ratios;
-        for (size_t i = 0; i < ours.size(); ++i) ratios.push_back(peer[i] / ours[i]);
-        const auto [low, high] = std::minmax_element(ratios.begin(), ratios.end());
-        printf("%-44s %9.0f ns %9.0f ns %8.2f  (%.2f to %.2f)  %s\n", row.what, Median(ours),
-               Median(peer), Median(ratios), *low, *high, row.goal);
+    bench::Extent extent;
+    std::string only;
+    std::string results;
+    for (int i = 1; i < argc; ++i) {
+        if (strcmp(argv[i], "--quick") == 0) {
+            extent.quick = true;
+        } else if (strcmp(argv[i], "--only") == 0 && i + 1 < argc) {
+            only = argv[++i];
+        } else if (argv[i][0] != '-' && results.empty()) {
+            results = argv[i];
+        } else {
+            return Usage();
+        }
     }
-    return collector.Failed() ? 1 : 0;
+    if (results.empty()) return Usage();
+    std::vector<bench::Race> all;
+    bench::AddFindRaces(extent, all);
+    bench::AddCodecRaces(extent, all);
+    bench::AddGetRaces(extent, all);
+    bench::AddDurableRaces(extent, all);
+    bench::AddRecordRaces(extent, all);
+    bench::AddRecordPageRaces(extent, all);
+    bench::AddColdStartRaces(extent, all);
+    bench::AddImportRaces(extent, all);
+    bench::AddWalkRaces(extent, all);
+    std::erase_if(all, [&](const bench::Race& race) { return !race.group.starts_with(only); });
+
+    const int fd = open(results.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0) {
+        perror(results.c_str());
+        return 1;
+    }
+    close(fd);
+    (void)bench::WorkspaceRoot();
+    const auto start = std::chrono::steady_clock::now();
+    size_t number = 0;
+    size_t failed = 0;
+    for (const bench::Race& race : all) {
+        const auto seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        char progress[48];
+        snprintf(progress, sizeof progress, "[%zu/%zu %.0f s]", ++number, all.size(), seconds);
+        failed += bench::Run(race, results, progress) ? 0 : 1;
+    }
+    bench::RemoveWorkspace();
+    if (failed != 0) fprintf(stderr, "aaadom_bench: %zu of %zu races failed\n", failed, all.size());
+    return failed == 0 ? 0 : 1;
 }

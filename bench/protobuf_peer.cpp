@@ -6,40 +6,10 @@
 #include <cstring>
 
 #include "domain.pb.h"
+#include "record_fields.h"
 
 namespace bench {
 namespace {
-
-constexpr uint32_t AuthorAttr::*kWords[] = {
-    &AuthorAttr::kind0_word1, &AuthorAttr::kind0_word2,  &AuthorAttr::kind0_word3,
-    &AuthorAttr::kind9_word,  &AuthorAttr::kind10_word,  &AuthorAttr::kind11_word,
-    &AuthorAttr::kind13_word, &AuthorAttr::kind14_word1, &AuthorAttr::kind14_word2,
-    &AuthorAttr::kind15_word, &AuthorAttr::kind23_word,  &AuthorAttr::kind24_word};
-constexpr AttrAddress AuthorAttr::*kAddresses[] = {&AuthorAttr::kind5_addr, &AuthorAttr::kind6_addr,
-                                                   &AuthorAttr::kind16_addr,
-                                                   &AuthorAttr::kind17_addr};
-
-/// Calls visit(field, capacity) for every text field.
-template <typename Attributes, typename Visit>
-void ForEachText(Attributes& attributes, Visit&& visit) {
-    visit(attributes.kind1_text, sizeof attributes.kind1_text);
-    visit(attributes.kind2_text, sizeof attributes.kind2_text);
-    visit(attributes.kind4_text, sizeof attributes.kind4_text);
-    visit(attributes.kind7_text, sizeof attributes.kind7_text);
-    visit(attributes.kind8_text, sizeof attributes.kind8_text);
-    visit(attributes.ita_policy_name, sizeof attributes.ita_policy_name);
-    visit(attributes.kind18_text, sizeof attributes.kind18_text);
-    visit(attributes.kind20_text, sizeof attributes.kind20_text);
-    visit(attributes.kind22_text, sizeof attributes.kind22_text);
-    visit(attributes.author_profile_name, sizeof attributes.author_profile_name);
-    visit(attributes.kind26_text, sizeof attributes.kind26_text);
-}
-
-void Copy(char* field, size_t capacity, const std::string& text) {
-    const size_t length = std::min(text.size(), capacity - 1);
-    memcpy(field, text.data(), length);
-    field[length] = '\0';
-}
 
 void FillMethod(aaadom_bench::Method& out, const MethodEntry& entry, uint32_t position) {
     out.set_position(position);
@@ -51,7 +21,7 @@ void FillMethod(aaadom_bench::Method& out, const MethodEntry& entry, uint32_t po
 MethodEntry TakeMethod(const aaadom_bench::Method& method) {
     MethodEntry entry{};
     entry.method_kind = method.kind();
-    Copy(entry.scheme_name, sizeof entry.scheme_name, method.scheme_name());
+    CopyText(entry.scheme_name, sizeof entry.scheme_name, method.scheme_name());
     entry.scheme_index = method.scheme_index();
     return entry;
 }
@@ -85,7 +55,7 @@ void FillAttributes(aaadom_bench::Attributes& out, const AuthorAttr& attributes)
 bool TakeAttributes(AuthorAttr& attributes, const aaadom_bench::Attributes& in) {
     const int words = static_cast<int>(std::size(kWords));
     if (in.words_size() != words + 2 || in.addresses_size() != 4 || in.rates_size() != 8 ||
-        in.texts_size() != 11 || in.kind3_block().size() != 16) {
+        in.texts_size() != static_cast<int>(kTexts) || in.kind3_block().size() != 16) {
         return false;
     }
     for (int i = 0; i < words; ++i) attributes.*kWords[i] = in.words(i);
@@ -98,7 +68,7 @@ bool TakeAttributes(AuthorAttr& attributes, const aaadom_bench::Attributes& in) 
     }
     int text = 0;
     ForEachText(attributes,
-                [&](char* field, size_t capacity) { Copy(field, capacity, in.texts(text++)); });
+                [&](char* field, size_t capacity) { CopyText(field, capacity, in.texts(text++)); });
     for (int i = 0; i < 4; ++i) attributes.kind21_rates[i] = in.rates(i);
     return true;
 }
@@ -136,7 +106,7 @@ DomainInfo* ProtobufDecode(const void* bytes, size_t length, google::protobuf::A
     if (!in.ParseFromArray(bytes, static_cast<int>(length))) return nullptr;
     auto* domain = static_cast<DomainInfo*>(calloc(1, sizeof(DomainInfo)));
     if (domain == nullptr) return nullptr;
-    Copy(domain->name, sizeof domain->name, in.name());
+    CopyText(domain->name, sizeof domain->name, in.name());
     domain->slot = in.slot();
     domain->limit_value = in.limit_value();
     domain->second_value = in.second_value();
@@ -145,11 +115,11 @@ DomainInfo* ProtobufDecode(const void* bytes, size_t length, google::protobuf::A
     domain->user_addr_type = in.user_addr_type();
     domain->acct_dual_stack_mode = in.acct_dual_stack_mode();
     domain->redirect_code = in.redirect_code();
-    Copy(domain->auth_rd_fail_permit_domain, DOM_NAME_SIZE, in.permit_domain());
+    CopyText(domain->auth_rd_fail_permit_domain, DOM_NAME_SIZE, in.permit_domain());
     domain->escape_recover.setting = static_cast<uint16_t>(in.escape_setting());
-    Copy(domain->escape_recover.domain_name, DOM_NAME_SIZE, in.escape_domain());
+    CopyText(domain->escape_recover.domain_name, DOM_NAME_SIZE, in.escape_domain());
     domain->escape_recover.second_setting = static_cast<uint16_t>(in.escape_second());
-    Copy(domain->auth_fail_domain, DOM_NAME_SIZE, in.auth_fail_domain());
+    CopyText(domain->auth_fail_domain, DOM_NAME_SIZE, in.auth_fail_domain());
     domain->auth_fail_domain_kind = static_cast<uint16_t>(in.auth_fail_kind());
     bool good = in.has_attributes() && TakeAttributes(domain->author_attr, in.attributes());
     for (const auto& methods : in.methods()) {

@@ -1,26 +1,27 @@
 // The 50 newest user records through the channel, from a list of a million and from one of a
 // thousand: what a page costs must not grow with its list.
-#include <benchmark/benchmark.h>
+#include <aaadom/aaadom.h>
 #include <platform/dbm.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
+#include <memory>
 
-#include "stage.h"
+#include "daemon.h"
+#include "race.h"
+#include "timing.h"
 
 namespace bench {
 namespace {
 
 constexpr uint64_t kMany = 1000000;
+constexpr uint64_t kManyInQuickMode = 100000;
 constexpr uint64_t kFew = 1000;
 constexpr uint64_t kBatch = 1000;
 constexpr int kPage = 50;
 constexpr int kWarmUp = 100;
 
-bool Insert(DBM_HANDLE handle, uint64_t records) {
+void Insert(DBM_HANDLE handle, uint64_t records) {
     UserRecord record{};
     snprintf(record.first_name, sizeof record.first_name, "corp.example.net");
     snprintf(record.interface_name, sizeof record.interface_name, "GE1/0/1");
@@ -29,41 +30,35 @@ bool Insert(DBM_HANDLE handle, uint64_t records) {
         record.first_number = static_cast<uint32_t>(serial);
         record.second_number = static_cast<uint32_t>(serial % 90);
         snprintf(record.second_name, sizeof record.second_name, "user%07lu", serial);
-        if (serial % kBatch == 1 && DBM_Begin(handle) != 0) return false;
-        if (DOM_SetOnlineFailedRecordInfoToRunDB(&record) != DOM_OK) return false;
-        if ((serial % kBatch == 0 || serial == records) && DBM_Commit(handle) != 0) return false;
+        if (serial % kBatch == 1) Demand(DBM_Begin(handle) == 0, "DBM_Begin");
+        Demand(DOM_SetOnlineFailedRecordInfoToRunDB(&record) == DOM_OK, "storing a record");
+        if (serial % kBatch == 0 || serial == records) {
+            Demand(DBM_Commit(handle) == 0, "DBM_Commit");
+        }
     }
-    return true;
 }
 
 /// Fills a run database that no daemon has open yet. In a process of its own, because the database
 /// root is one a process.
-void Fill(const std::string& state_dir, const std::string& run_dir, uint64_t records) {
-    const pid_t child = fork();
-    if (child == 0) {
-        mkdir(run_dir.c_str(), 0755);
-        if (DBM_SetRoot(state_dir.c_str(), run_dir.c_str()) != 0) _exit(1);
+void Fill(const std::string& run_dir, uint64_t records) {
+    InChild([&] {
+        Demand(mkdir(run_dir.c_str(), 0755) == 0, "making a run directory");
+        Demand(DBM_SetRoot(nullptr, run_dir.c_str()) == 0, "DBM_SetRoot");
         const DBM_HANDLE handle = DOM_CreateRecordRunDB();
         DOM_SetRecordRunDBHandle(handle);
-        if (handle == DBM_INVALID_HANDLE || DOM_CreateAllRecordDBAvlList() != DOM_OK) _exit(1);
-        const bool good = Insert(handle, records);
+        Demand(handle != DBM_INVALID_HANDLE, "DOM_CreateRecordRunDB");
+        Demand(DOM_CreateAllRecordDBAvlList() == DOM_OK, "DOM_CreateAllRecordDBAvlList");
+        Insert(handle, records);
         DOM_DestroyRecordRunDB();
-        _exit(good ? 0 : 1);
-    }
-    int status = 1;
-    if (waitpid(child, &status, 0) != child || status != 0) {
-        fprintf(stderr, "bench: filling a record list failed\n");
-        _exit(1);
-    }
+    });
 }
 
-class RecordDaemon : public Daemon {
-  public:
-    explicit RecordDaemon(uint64_t records)
-        : Daemon(
-              [=](const std::string& state, const std::string& run) { Fill(state, run, records); },
-              {"--max-records", std::to_string(kMany)}) {}
-};
+std::shared_ptr<DaemonStage> RecordDaemon(uint64_t records) {
+    auto daemon = std::make_shared<DaemonStage>();
+    Fill(daemon->RunDir(), records);
+    daemon->Start({"--max-records", std::to_string(kMany)});
+    return daemon;
+}
 
 /// How many records the page of the newest holds.
 int ReadPage() {
@@ -79,27 +74,33 @@ int ReadPage() {
     return records;
 }
 
-void ReadPages(benchmark::State& state, const RecordDaemon& daemon) {
-    daemon.Attach();
-    // The system still writes what filled the list; every repetition begins with warm pages.
-    for (int i = 0; i < kWarmUp; ++i) (void)ReadPage();
-    for (auto _ : state) {
-        if (ReadPage() != kPage) state.SkipWithError("no page of 50 records");
-    }
-    Daemon::Running().Attach();
+Window Pages(std::shared_ptr<DaemonStage> daemon) {
+    return [=](double seconds) {
+        daemon->Attach();
+        // The system still writes what filled the list; every window begins with warm pages.
+        for (int i = 0; i < kWarmUp; ++i) (void)ReadPage();
+        uint64_t bad = 0;
+        const double ns = TimeLoop<Clock>(seconds, [&](uint64_t) { bad += ReadPage() != kPage; });
+        Demand(bad == 0, "reading a page of 50 records");
+        return ns;
+    };
 }
-
-void PageOfMany(benchmark::State& state) {
-    static const RecordDaemon daemon(kMany);
-    ReadPages(state, daemon);
-}
-BENCHMARK(PageOfMany)->UseRealTime();
-
-void PageOfFew(benchmark::State& state) {
-    static const RecordDaemon daemon(kFew);
-    ReadPages(state, daemon);
-}
-BENCHMARK(PageOfFew)->UseRealTime();
 
 }  // namespace
+
+void AddRecordPageRaces(const Extent& extent, std::vector<Race>& races) {
+    const uint64_t many = extent.quick ? kManyInQuickMode : kMany;
+    races.push_back({"pages-daemon",
+                     "Page of the 50 newest records, through the daemon",
+                     "page",
+                     static_cast<int>(many),
+                     "records",
+                     {{"list of 1000", Goal::kCostAtMost, 5}},
+                     extent.Seconds(0.25),
+                     [=]() -> std::vector<Contestant> {
+                         return {{"whole list", Pages(RecordDaemon(many))},
+                                 {"list of 1000", Pages(RecordDaemon(kFew))}};
+                     }});
+}
+
 }  // namespace bench

@@ -1,45 +1,30 @@
 // User records in the run database against raw LMDB: the same names, values, batches and sync mode,
-// each in a new database; and a page of the 50 newest of a long list against one of a short list.
-// AAADOM_BENCH_RECORDS is the length of the long list, 1000000 for the full run.
-#include <benchmark/benchmark.h>
+// each in a new database; and a page of the 50 newest of a growing list. AAADOM_BENCH_RECORDS is
+// the length of the longest list, a million when it is not set, 20000 in quick mode.
+#include <aaadom/aaadom.h>
 #include <lmdb.h>
 #include <platform/dbm.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 
-#include "stage.h"
+#include "race.h"
+#include "timing.h"
+#include "workspace.h"
 
 namespace bench {
 namespace {
 
-constexpr uint32_t kShortList = 1000;
 constexpr uint32_t kPage = 50;
 
-uint32_t LongList() {
+uint32_t LongestList(const Extent& extent) {
     const char* text = getenv("AAADOM_BENCH_RECORDS");
     const long number = text == nullptr ? 0 : strtol(text, nullptr, 10);
-    return number >= 1000 ? static_cast<uint32_t>(number) : 20000;
+    if (number >= 1000) return static_cast<uint32_t>(number);
+    return extent.quick ? 20000 : 1000000;
 }
-
-/// A directory for databases, gone with its object.
-class Directory {
-  public:
-    Directory() {
-        char path[] = "/var/tmp/aaadom-records-XXXXXX";
-        if (mkdtemp(path) == nullptr) abort();
-        path_ = path;
-    }
-    ~Directory() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    const std::string& Path() const { return path_; }
-
-  private:
-    std::string path_;
-};
 
 UserRecord SomeRecord() {
     UserRecord record{};
@@ -89,7 +74,7 @@ class RunDb {
     }
 
   private:
-    Directory directory_;
+    Directory directory_{"records"};
     bool good_ = false;
 };
 
@@ -134,58 +119,76 @@ class RawDb {
     }
 
   private:
-    Directory directory_;
+    Directory directory_{"records"};
     MDB_env* env_ = nullptr;
     MDB_dbi dbi_ = 0;
     uint32_t length_ = 0;
     bool good_ = false;
 };
 
+/// One window fills a new database; making it does not count.
 template <class Database>
-void Insert(benchmark::State& state) {
-    const auto batch = static_cast<uint32_t>(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        {
-            Database database;
-            state.ResumeTiming();
-            if (!database.Good() || !database.Fill(LongList(), batch))
-                state.SkipWithError("insert failed");
-            state.PauseTiming();
-        }
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * LongList());
+Window Insert(uint32_t count, uint32_t batch) {
+    return [=](double) {
+        Database database;
+        Demand(database.Good(), "opening a database of records");
+        const auto start = Clock::now();
+        Demand(database.Fill(count, batch), "inserting records");
+        return SecondsSince(start) * 1e9 / count;
+    };
 }
 
-void InsertRecords(benchmark::State& state) {
-    Insert<RunDb>(state);
+std::vector<Contestant> PrepareInsert(uint32_t count, uint32_t batch) {
+    return {{"run database", Insert<RunDb>(count, batch)},
+            {"raw LMDB", Insert<RawDb>(count, batch)}};
 }
-void InsertRaw(benchmark::State& state) {
-    Insert<RawDb>(state);
-}
-BENCHMARK(InsertRecords)->Arg(1)->Arg(100)->Iterations(1)->UseRealTime();
-BENCHMARK(InsertRaw)->Arg(1)->Arg(100)->Iterations(1)->UseRealTime();
 
-void ReadPages(benchmark::State& state, uint32_t length) {
-    RunDb database;
-    if (!database.Good() || !database.Fill(length, 1000)) {
-        state.SkipWithError("insert failed");
-        return;
-    }
-    char buffer[1024];
-    for (auto _ : state) {
-        if (RunDb::ReadPage(buffer, sizeof buffer) != kPage) state.SkipWithError("short page");
-    }
+/// In this process; the shared root of run databases allows one at a time, so the long and the
+/// short list are in two races.
+std::vector<Contestant> PreparePages(uint32_t count) {
+    auto database = std::make_shared<RunDb>();
+    Demand(database->Good() && database->Fill(count, 1000), "inserting records");
+    return {{"run database", [=](double seconds) {
+                 char buffer[1024];
+                 uint64_t bad = 0;
+                 const double ns = TimeLoop<ThreadClock>(seconds, [&](uint64_t) {
+                     bad += RunDb::ReadPage(buffer, sizeof buffer) != kPage;
+                 });
+                 Demand(bad == 0, "reading a page of records");
+                 return ns;
+             }}};
 }
-void PageOfLongList(benchmark::State& state) {
-    ReadPages(state, LongList());
-}
-void PageOfShortList(benchmark::State& state) {
-    ReadPages(state, kShortList);
-}
-BENCHMARK(PageOfLongList)->Iterations(2000)->UseRealTime();
-BENCHMARK(PageOfShortList)->Iterations(2000)->UseRealTime();
 
 }  // namespace
+
+void AddRecordRaces(const Extent& extent, std::vector<Race>& races) {
+    std::vector<uint32_t> counts;
+    for (uint32_t count = 1000; count < LongestList(extent); count *= 10) counts.push_back(count);
+    counts.push_back(LongestList(extent));
+    for (uint32_t batch : {1u, 100u}) {
+        const std::string number = std::to_string(batch);
+        for (uint32_t count : counts) {
+            races.push_back({"records-" + number,
+                             batch == 1 ? "Store user records one by one"
+                                        : "Store user records, " + number + " a transaction",
+                             "record",
+                             static_cast<int>(count),
+                             "records",
+                             {{"raw LMDB", Goal::kSpeedAtLeast, 0.85}},
+                             0,
+                             [=] { return PrepareInsert(count, batch); }});
+        }
+    }
+    for (uint32_t count : counts) {
+        races.push_back({"pages-library",
+                         "Page of the 50 newest records, in the library",
+                         "page",
+                         static_cast<int>(count),
+                         "records",
+                         {},
+                         extent.Seconds(0.1),
+                         [=] { return PreparePages(count); }});
+    }
+}
+
 }  // namespace bench

@@ -1,35 +1,18 @@
 // Whole walks of the scheme table through the channel, as a management station makes them: one
 // request a row, three rows a domain. A full table against a quarter of it.
-#include <benchmark/benchmark.h>
+#include <aaadom/aaadom.h>
 
 #include <cstring>
+#include <memory>
 
-#include "stage.h"
+#include "daemon.h"
+#include "race.h"
+#include "timing.h"
 
 namespace bench {
 namespace {
 
-constexpr int kQuarter = kDomains / 4;
 constexpr int kRowsOfDomain = 3;
-
-/// A daemon of its own with this number of domains.
-class FilledDaemon : public Daemon {
-  public:
-    explicit FilledDaemon(int domains) {
-        uint32_t count = 0;
-        if (MOR_GetDomainCount(&count) != DOM_OK) return;
-        for (int n = static_cast<int>(count); n < domains; ++n) {
-            uint32_t result = 1;
-            const std::string name = "walk" + std::to_string(n) + ".example.net";
-            if (MOR_SetDomainName(name.c_str(), DOM_OP_SET, &result) != DOM_OK) return;
-        }
-        complete_ = true;
-    }
-    bool IsComplete() const { return complete_; }
-
-  private:
-    bool complete_ = false;
-};
 
 /// The rows of a walk from the first to the last; -1 when it broke off.
 int Walk() {
@@ -45,28 +28,33 @@ int Walk() {
     }
 }
 
-void WalkSchemeRows(benchmark::State& state, int domains, const FilledDaemon& daemon) {
-    daemon.Attach();
-    if (!daemon.IsComplete()) state.SkipWithError("domains are missing");
-    for (auto _ : state) {
-        // The first domain of a daemon has three rows like any other.
-        if (Walk() != domains * kRowsOfDomain) state.SkipWithError("rows are missing");
-    }
-    state.SetItemsProcessed(state.iterations() * domains * kRowsOfDomain);
-    Daemon::Running().Attach();
+/// A window is one walk; nanoseconds a row.
+Window Walks(int domains) {
+    auto daemon = std::make_shared<DaemonStage>(domains, Size::kSmall);
+    daemon->Start();
+    return [=](double) {
+        daemon->Attach();
+        const int rows = domains * kRowsOfDomain;
+        const auto start = Clock::now();
+        Demand(Walk() == rows, "walking over all rows");
+        return SecondsSince(start) * 1e9 / rows;
+    };
 }
-
-void WalkFullTable(benchmark::State& state) {
-    static const FilledDaemon daemon(kDomains);
-    WalkSchemeRows(state, kDomains, daemon);
-}
-BENCHMARK(WalkFullTable)->UseRealTime();
-
-void WalkQuarterTable(benchmark::State& state) {
-    static const FilledDaemon daemon(kQuarter);
-    WalkSchemeRows(state, kQuarter, daemon);
-}
-BENCHMARK(WalkQuarterTable)->UseRealTime();
 
 }  // namespace
+
+void AddWalkRaces(const Extent&, std::vector<Race>& races) {
+    races.push_back({"walk",
+                     "Walk the scheme table through the daemon",
+                     "row",
+                     DOM_MAX_DOMAINS,
+                     "domains",
+                     {{"256 domains", Goal::kCostAtMost, 1.15}},
+                     0,
+                     []() -> std::vector<Contestant> {
+                         return {{"1024 domains", Walks(DOM_MAX_DOMAINS)},
+                                 {"256 domains", Walks(DOM_MAX_DOMAINS / 4)}};
+                     }});
+}
+
 }  // namespace bench

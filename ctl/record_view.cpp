@@ -20,7 +20,7 @@ std::string Addresses(const UserRecord& record) {
     return ipv4 == "-" ? ipv6 : ipv4 + " " + ipv6;
 }
 
-std::string Name(const FoundRecord& record) {
+std::string ListAndSerial(const FoundRecord& record) {
     return RecordListWord(record.list) + " " + std::to_string(record.fields.serial);
 }
 
@@ -64,7 +64,7 @@ std::vector<std::string> RecordTable(const std::vector<FoundRecord>& records, bo
     if (!brief) rows.front().push_back("INTERFACE");
     for (const FoundRecord& record : records) {
         const UserRecord& fields = record.fields;
-        rows.push_back({LocalTime(fields.first_number), Name(record),
+        rows.push_back({LocalTime(fields.first_number), ListAndSerial(record),
                         OrDash(FieldText(fields.second_name)), MacText(fields.mac),
                         Addresses(fields), ReasonText(fields.second_number)});
         if (!brief) rows.back().push_back(OrDash(FieldText(fields.interface_name)));
@@ -91,7 +91,7 @@ std::vector<std::string> RecordBlock(const FoundRecord& record) {
          std::to_string(fields.second_number) + "  " + ReasonText(fields.second_number)},
         {"  detail", OrDash(record.detail)}};
     std::vector<std::string> lines = Columns(rows);
-    lines.insert(lines.begin(), Name(record));
+    lines.insert(lines.begin(), ListAndSerial(record));
     return lines;
 }
 

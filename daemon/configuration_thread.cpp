@@ -1,5 +1,6 @@
 #include "configuration_thread.h"
 
+#include <pthread.h>
 #include <signal.h>
 #include <sys/epoll.h>
 #include <sys/signalfd.h>
@@ -44,10 +45,11 @@ int OpenStopSignals() {
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-/// Tells the service manager that this thread is alive, twice as often as it asks for.
+/// Tells the service manager that the daemon is alive, twice as often as it asks for, and only when
+/// every thread that serves somebody has answered: a half-dead daemon is restarted.
 class Watchdog {
   public:
-    Watchdog() {
+    Watchdog(WorkingThread& working, RecordThread& records) : working_(working), records_(records) {
         uint64_t microseconds = 0;
         if (sd_watchdog_enabled(0, &microseconds) > 0) {
             interval_ = static_cast<int>(std::max<uint64_t>(microseconds / 2000, 1));
@@ -60,14 +62,21 @@ class Watchdog {
         (void)clock_gettime(CLOCK_MONOTONIC, &time);
         const int64_t now = static_cast<int64_t>(time.tv_sec) * 1000 + time.tv_nsec / 1000000;
         if (now >= next_) {
-            (void)sd_notify(0, "WATCHDOG=1");
-            next_ = now + interval_;
+            working_.Run([] {});  // a working thread that hangs stops this one, too
+            const bool alive = records_.HasAnswered();
+            if (alive) (void)sd_notify(0, "WATCHDOG=1");
+            next_ = now + (alive ? interval_ : interval_ / kQuestionsInAnInterval);
         }
         return static_cast<int>(next_ - now);
     }
 
   private:
-    int interval_ = -1;
+    /// How often a silent thread is looked at again before the service manager's time is over.
+    static constexpr int kQuestionsInAnInterval = 8;
+
+    WorkingThread& working_;
+    RecordThread& records_;
+    int interval_ = -1;  // milliseconds
     int64_t next_ = 0;
 };
 
@@ -87,6 +96,7 @@ class Loop {
           configuration_(surroundings.handle, surroundings.options.state_dir,
                          surroundings.administrators, surroundings.working, surroundings.records),
           options_(surroundings.options),
+          working_(surroundings.working),
           records_(surroundings.records) {
         configuration_.Start();
         Watch(stop_signals_);
@@ -96,10 +106,11 @@ class Loop {
 
     void Run() {
         Endpoint endpoint(epoll_, DOM_LIPC_SUB_ENDPOINT, "request socket", options_.run_dir);
-        const RecordThread record_thread(options_, records_);
+        RecordThread record_thread(options_, records_);
+        Watchdog watchdog(working_, record_thread);
         (void)sd_notify(0, "READY=1");
         Log(Severity::kNotice, "ready");
-        while (!stopping_) Turn(endpoint, Earlier(endpoint.DropLate(), watchdog_.Beat()));
+        while (!stopping_) Turn(endpoint, Earlier(endpoint.DropLate(), watchdog.Beat()));
         (void)sd_notify(0, "STOPPING=1");
         // Whoever has asked already is answered; who keeps asking does not keep the daemon.
         for (int turn = 0; turn < kLastTurns && Turn(endpoint, 0) > 0; ++turn) continue;
@@ -151,8 +162,8 @@ class Loop {
     const Descriptor stop_signals_;
     Configuration configuration_;
     const Options& options_;
+    WorkingThread& working_;
     RecordStore& records_;
-    Watchdog watchdog_;
     std::vector<Request> batch_;
     bool stopping_ = false;
 };
@@ -161,6 +172,7 @@ class Loop {
 
 int RunConfigurationThread(const Surroundings& surroundings) {
     TakeRole(Role::kConfiguration);
+    (void)pthread_setname_np(pthread_self(), "configuration");
     try {
         Loop loop(surroundings);
         loop.Run();

@@ -1,5 +1,6 @@
 #include "record_thread.h"
 
+#include <pthread.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -28,14 +29,14 @@ RecordThread::Descriptor::~Descriptor() {
 
 RecordThread::RecordThread(const Options& options, RecordStore& records)
     : epoll_(epoll_create1(EPOLL_CLOEXEC), "event queue"),
-      stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "event descriptor"),
+      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "event descriptor"),
       administrators_(options.admin_group),
       reports_(records, administrators_),
       endpoint_(epoll_, DOM_LIPC_RECORD_SUB_ENDPOINT, "record socket", options.run_dir) {
     epoll_event event{};
     event.events = EPOLLIN;
-    event.data.fd = stop_;
-    if (epoll_ctl(epoll_, EPOLL_CTL_ADD, stop_, &event) != 0) {
+    event.data.fd = wake_;
+    if (epoll_ctl(epoll_, EPOLL_CTL_ADD, wake_, &event) != 0) {
         throw Failure("event queue", strerror(errno), "Free memory");
     }
     batch_.reserve(kBatchSize);
@@ -43,13 +44,32 @@ RecordThread::RecordThread(const Options& options, RecordStore& records)
 }
 
 RecordThread::~RecordThread() {
-    const uint64_t one = 1;
-    (void)!write(stop_, &one, sizeof one);
+    asked_to_stop_ = true;
+    Wake();
     thread_.join();
+}
+
+bool RecordThread::HasAnswered() {
+    if (!answered_.exchange(false)) return false;
+    Wake();
+    return true;
+}
+
+void RecordThread::Wake() {
+    const uint64_t one = 1;
+    (void)!write(wake_, &one, sizeof one);
+}
+
+void RecordThread::TakeWakeUp() {
+    uint64_t count = 0;
+    (void)!read(wake_, &count, sizeof count);
+    answered_ = true;
+    stopping_ = asked_to_stop_;
 }
 
 void RecordThread::Loop() {
     TakeRole(Role::kWorking);
+    (void)pthread_setname_np(pthread_self(), "records");
     while (!stopping_) Turn(endpoint_.DropLate());
     for (int turn = 0; turn < kLastTurns && Turn(0) > 0; ++turn) continue;
 }
@@ -64,8 +84,8 @@ size_t RecordThread::Turn(int wait_milliseconds) {
             const int fd = events[i].data.fd;
             if (endpoint_.IsServer(fd)) {
                 connections_wait = true;
-            } else if (fd == stop_) {
-                stopping_ = true;
+            } else if (fd == wake_) {
+                TakeWakeUp();
             } else {
                 endpoint_.Readable(fd, batch_);
             }

@@ -2,6 +2,7 @@
 // another here, and no change of the configuration waits for them.
 #pragma once
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -22,6 +23,10 @@ class RecordThread {
     RecordThread(const RecordThread&) = delete;
     RecordThread& operator=(const RecordThread&) = delete;
 
+    /// Whether the thread has answered since the last call, which asks it again. True at first. By
+    /// one thread.
+    bool HasAnswered();
+
   private:
     /// An epoll or event descriptor.
     class Descriptor {
@@ -37,11 +42,15 @@ class RecordThread {
     };
 
     void Loop();
+    void Wake();
+    void TakeWakeUp();
     size_t Turn(int wait_milliseconds);
     void Serve();
 
     const Descriptor epoll_;
-    const Descriptor stop_;
+    const Descriptor wake_;
+    std::atomic<bool> answered_{true};
+    std::atomic<bool> asked_to_stop_{false};
     Administrators administrators_;
     RecordReports reports_;
     Endpoint endpoint_;

@@ -1,5 +1,7 @@
 #include "working_thread.h"
 
+#include <pthread.h>
+
 #include "roles.h"
 
 namespace aaad {
@@ -24,6 +26,7 @@ void WorkingThread::Run(const std::function<void()>& work) {
 
 void WorkingThread::Loop() {
     TakeRole(Role::kWorking);
+    (void)pthread_setname_np(pthread_self(), "working");
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return work_ != nullptr || stopping_; });

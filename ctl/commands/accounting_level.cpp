@@ -6,7 +6,7 @@
 #include "accounting_policy.h"
 
 namespace aaactl {
-namespace {
+namespace accounting_level_commands {
 
 std::string PairText(const Json& pair) {
     if (pair.is_null()) return "-";
@@ -16,14 +16,15 @@ std::string PairText(const Json& pair) {
     return shown(pair.at(0)) + "," + shown(pair.at(1));
 }
 
-}  // namespace
+}  // namespace accounting_level_commands
 
 std::string LevelLine(const std::string& id, const Json& level) {
     return "level " + id + ": value " + level.at("value").dump() + ", first pair " +
-           PairText(level.at("first_pair")) + ", second pair " + PairText(level.at("second_pair"));
+           accounting_level_commands::PairText(level.at("first_pair")) + ", second pair " +
+           accounting_level_commands::PairText(level.at("second_pair"));
 }
 
-namespace {
+namespace accounting_level_commands {
 
 class SetLevel : public PolicyCommand {
   public:
@@ -151,9 +152,10 @@ class UnsetLevel : public PolicyCommand {
     std::string id_;
 };
 
-}  // namespace
+}  // namespace accounting_level_commands
 
 void AddAccountingLevelCommands(Commands& commands) {
+    using namespace accounting_level_commands;
     commands.push_back(std::make_unique<SetLevel>());
     commands.push_back(std::make_unique<UnsetLevel>());
 }

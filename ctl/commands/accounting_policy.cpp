@@ -14,7 +14,7 @@ std::string QuotedPolicy(const std::string& name) {
     return "accounting policy \"" + Printable(name) + "\"";
 }
 
-namespace {
+namespace accounting_policy_commands {
 
 std::vector<std::string> PathOf(std::vector<std::string> verb) {
     std::vector<std::string> path = {"policy", "acct"};
@@ -22,10 +22,10 @@ std::vector<std::string> PathOf(std::vector<std::string> verb) {
     return path;
 }
 
-}  // namespace
+}  // namespace accounting_policy_commands
 
 PolicyCommand::PolicyCommand(std::vector<std::string> verb, const char* help)
-    : Command(PathOf(std::move(verb)), help) {}
+    : Command(accounting_policy_commands::PathOf(std::move(verb)), help) {}
 
 void PolicyCommand::DefinePolicy(CLI::App& app) {
     app.add_option("policy", policy_, "The policy, at most 31 characters")->required();
@@ -36,7 +36,7 @@ void PolicyCommand::Change(Client& client, TLV_MSG* message, bool set) const {
     if (result != DOM_OK) RefuseAccountingPolicy(client, policy_, result);
 }
 
-namespace {
+namespace accounting_policy_commands {
 
 std::string SwitchName(uint32_t state) {
     return state == 0 ? "off" : state == 1 ? "on" : std::to_string(state);
@@ -206,9 +206,10 @@ class QuotaOut : public PolicyCommand {
     std::string value_;
 };
 
-}  // namespace
+}  // namespace accounting_policy_commands
 
 void AddAccountingPolicyCommands(Commands& commands) {
+    using namespace accounting_policy_commands;
     commands.push_back(std::make_unique<Create>());
     commands.push_back(std::make_unique<Delete>());
     commands.push_back(std::make_unique<List>());

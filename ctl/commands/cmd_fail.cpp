@@ -11,7 +11,7 @@
 #include "../times.h"
 
 namespace aaactl {
-namespace {
+namespace cmd_fail_commands {
 
 /// The reader's list owns its nodes.
 class FailureList {
@@ -144,9 +144,10 @@ class Report : public Command {
     std::string reason_ = "12";  // authorization failed
 };
 
-}  // namespace
+}  // namespace cmd_fail_commands
 
 void AddCommandFailureCommands(Commands& commands) {
+    using namespace cmd_fail_commands;
     commands.push_back(std::make_unique<List>());
     commands.push_back(std::make_unique<Report>());
 }

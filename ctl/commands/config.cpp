@@ -18,7 +18,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace config_commands {
 
 /// What an import of the document would make of the running configuration: settings of the device
 /// that it leaves out stay, those of a domain are at their initial value.
@@ -298,9 +298,10 @@ class Import : public Command {
     bool replace_ = false;
 };
 
-}  // namespace
+}  // namespace config_commands
 
 void AddConfigCommands(Commands& commands) {
+    using namespace config_commands;
     commands.push_back(std::make_unique<Export>());
     commands.push_back(std::make_unique<Import>());
     commands.push_back(std::make_unique<Diff>());

@@ -8,7 +8,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace domain_commands {
 
 std::string Named(const std::string& name) {
     return "domain \"" + Printable(name) + "\"";
@@ -214,9 +214,10 @@ class Count : public Command {
     }
 };
 
-}  // namespace
+}  // namespace domain_commands
 
 void AddDomainCommands(Commands& commands) {
+    using namespace domain_commands;
     commands.push_back(std::make_unique<Create>());
     commands.push_back(std::make_unique<Delete>());
     commands.push_back(std::make_unique<Show>());

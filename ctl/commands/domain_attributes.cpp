@@ -4,7 +4,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace domain_attributes_commands {
 
 class Attribute : public Command {
   public:
@@ -55,9 +55,10 @@ class Attribute : public Command {
     std::vector<std::string> fields_;
 };
 
-}  // namespace
+}  // namespace domain_attributes_commands
 
 void AddDomainAttributeCommands(Commands& commands) {
+    using namespace domain_attributes_commands;
     commands.push_back(std::make_unique<Attribute>(true));
     commands.push_back(std::make_unique<Attribute>(false));
 }

@@ -4,7 +4,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace domain_methods_commands {
 
 class SetMethods : public Command {
   public:
@@ -109,9 +109,10 @@ class UnsetMethods : public Command {
     std::string service_;
 };
 
-}  // namespace
+}  // namespace domain_methods_commands
 
 void AddDomainMethodCommands(Commands& commands) {
+    using namespace domain_methods_commands;
     commands.push_back(std::make_unique<SetMethods>());
     commands.push_back(std::make_unique<UnsetMethods>());
 }

@@ -6,7 +6,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace domain_row_commands {
 
 /// Bit of the row's flags under which its state counts.
 constexpr uint64_t kStateFlag = 1;
@@ -106,9 +106,10 @@ class Modify : public RowCommand {
     std::string flags_;
 };
 
-}  // namespace
+}  // namespace domain_row_commands
 
 void AddDomainRowCommands(Commands& commands) {
+    using namespace domain_row_commands;
     commands.push_back(std::make_unique<Create>());
     commands.push_back(std::make_unique<Modify>());
 }

@@ -4,7 +4,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace domain_set_commands {
 
 /// A command whose first argument is a domain.
 class DomainCommand : public Command {
@@ -194,9 +194,10 @@ TLV_MSG* EncodeSessionTime(const char* name, uint32_t number) {
     return DOM_EncodeSessionTime(name, static_cast<uint16_t>(number));
 }
 
-}  // namespace
+}  // namespace domain_set_commands
 
 void AddDomainSetCommands(Commands& commands) {
+    using namespace domain_set_commands;
     commands.push_back(std::make_unique<SetState>());
     commands.push_back(std::make_unique<SetNumber>("session-time", "Set the session time",
                                                    "session time", UINT16_MAX, EncodeSessionTime));

@@ -4,7 +4,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace global_commands {
 
 void Demand(Client& client, const std::string& object, TLV_MSG* request, uint32_t operation) {
     const uint32_t result = client.Change(request, operation);
@@ -117,9 +117,10 @@ class Debug : public Command {
     std::vector<std::string> words_;
 };
 
-}  // namespace
+}  // namespace global_commands
 
 void AddGlobalCommands(Commands& commands) {
+    using namespace global_commands;
     commands.push_back(std::make_unique<Show>());
     commands.push_back(
         std::make_unique<NameSetting>("set", "default-domain", "Users without a domain go there"));

@@ -8,7 +8,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace nas_id_commands {
 
 std::string Quoted(const std::string& name) {
     return "NAS-ID profile \"" + Printable(name) + "\"";
@@ -181,9 +181,10 @@ class Lookup : public BindingCommand {
     }
 };
 
-}  // namespace
+}  // namespace nas_id_commands
 
 void AddNasIdCommands(Commands& commands) {
+    using namespace nas_id_commands;
     commands.push_back(std::make_unique<Create>());
     commands.push_back(std::make_unique<Delete>());
     commands.push_back(std::make_unique<List>());

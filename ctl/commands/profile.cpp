@@ -5,7 +5,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace profile_commands {
 
 class ProfileCommand : public Command {
   public:
@@ -191,9 +191,10 @@ class Unset : public SegmentCommand {
     }
 };
 
-}  // namespace
+}  // namespace profile_commands
 
 void AddProfileCommands(Commands& commands) {
+    using namespace profile_commands;
     for (const ProfileStore* store : {&kAuthorProfiles, &kCriticalProfiles}) {
         commands.push_back(std::make_unique<Create>(*store));
         commands.push_back(std::make_unique<Delete>(*store));

@@ -5,7 +5,7 @@
 #include "../records.h"
 
 namespace aaactl {
-namespace {
+namespace record_commands {
 
 /// People write hyphens, documents underlines.
 std::string Member(std::string word) {
@@ -71,9 +71,10 @@ class Set : public Command {
     std::string value_;
 };
 
-}  // namespace
+}  // namespace record_commands
 
 void AddRecordCommands(Commands& commands) {
+    using namespace record_commands;
     commands.push_back(
         std::make_unique<Show>("switch", "Show which user records are kept", ReadRecordSwitches));
     commands.push_back(

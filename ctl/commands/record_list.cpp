@@ -9,7 +9,7 @@
 #include "record_filter.h"
 
 namespace aaactl {
-namespace {
+namespace record_list_commands {
 
 constexpr uint32_t kPage = 500;
 constexpr const char* kDefaultLimit = "50";
@@ -224,9 +224,10 @@ class Reset : public Command {
     std::string list_;
 };
 
-}  // namespace
+}  // namespace record_list_commands
 
 void AddRecordListCommands(Commands& commands) {
+    using namespace record_list_commands;
     commands.push_back(std::make_unique<List>());
     commands.push_back(std::make_unique<Show>());
     commands.push_back(std::make_unique<Count>());

@@ -13,7 +13,7 @@
 #include "record_filter.h"
 
 namespace aaactl {
-namespace {
+namespace record_report_commands {
 
 template <size_t N>
 void SetText(char (&field)[N], const std::string& what, const std::string& text) {
@@ -160,9 +160,10 @@ class Report : public Command {
     std::string flags_ = "0";
 };
 
-}  // namespace
+}  // namespace record_report_commands
 
 void AddRecordReportCommand(Commands& commands) {
+    using namespace record_report_commands;
     commands.push_back(std::make_unique<Report>());
 }
 

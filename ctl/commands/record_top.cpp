@@ -6,7 +6,7 @@
 #include "record_filter.h"
 
 namespace aaactl {
-namespace {
+namespace record_top_commands {
 
 class Top : public Command {
   public:
@@ -78,9 +78,10 @@ class Top : public Command {
     std::string limit_ = "20";
 };
 
-}  // namespace
+}  // namespace record_top_commands
 
 void AddRecordTopCommand(Commands& commands) {
+    using namespace record_top_commands;
     commands.push_back(std::make_unique<Top>());
 }
 

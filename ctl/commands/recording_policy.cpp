@@ -4,7 +4,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace recording_policy_commands {
 
 std::string Line(const std::vector<std::string>& methods) {
     std::string line = "recording policy of connections: methods";
@@ -79,9 +79,10 @@ class UnsetScheme : public Command {
     }
 };
 
-}  // namespace
+}  // namespace recording_policy_commands
 
 void AddRecordingPolicyCommands(Commands& commands) {
+    using namespace recording_policy_commands;
     commands.push_back(std::make_unique<Create>());
     commands.push_back(std::make_unique<Delete>());
     commands.push_back(std::make_unique<Show>());

@@ -7,7 +7,7 @@
 #include "../texts.h"
 
 namespace aaactl {
-namespace {
+namespace scheme_commands {
 
 class SchemeCommand : public Command {
   public:
@@ -139,9 +139,10 @@ class Delete : public SchemeCommand {
     }
 };
 
-}  // namespace
+}  // namespace scheme_commands
 
 void AddSchemeCommands(Commands& commands) {
+    using namespace scheme_commands;
     commands.push_back(std::make_unique<List>());
     commands.push_back(std::make_unique<Show>());
     commands.push_back(std::make_unique<Set>("add", "Add a method to a default list of a domain",

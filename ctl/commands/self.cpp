@@ -5,7 +5,7 @@
 #include "../command.h"
 
 namespace aaactl {
-namespace {
+namespace self_commands {
 
 class Status : public Command {
   public:
@@ -59,7 +59,7 @@ class Completion : public Command {
         script +=
             "    esac\n"
             "    case \"$current\" in\n"
-            "        -*) choices=\"--help --json --timeout --run-dir\" ;;\n"
+            "        -*) choices=\"--help --json --timeout --run-dir --version\" ;;\n"
             "    esac\n"
             "    COMPREPLY=($(compgen -W \"$choices\" -- \"$current\"))\n"
             "}\n"
@@ -91,7 +91,8 @@ class Manual : public Command {
     void Define(CLI::App&) override {}
     void Run(Context& context) override {
         std::string page =
-            ".TH AAACTL 8\n.SH NAME\naaactl \\- configure the AAA daemon's ISP domains\n"
+            ".TH AAACTL 1 \"\" \"aaadom 1.0.0\" \"User Commands\"\n.SH NAME\naaactl \\- configure "
+            "the AAA daemon's ISP domains\n"
             ".SH SYNOPSIS\n.B aaactl\nOBJECT VERB [ARGUMENTS] [\\-\\-json] [\\-\\-timeout MS] "
             "[\\-\\-run\\-dir DIR]\n.SH OPTIONS\n"
             ".TP\n.B \\-\\-json\nAnswer in JSON, errors included: {\"ok\": true, \"result\": ...} "
@@ -103,7 +104,9 @@ class Manual : public Command {
             ".TP\n.BI \\-\\-timeout \" MS\"\nWait at most so long for each answer, 10000 when not "
             "given.\n"
             ".TP\n.BI \\-\\-run\\-dir \" DIR\"\nThe daemon's run directory, /run/aaad when not "
-            "given.\n.SH COMMANDS\n";
+            "given.\n"
+            ".TP\n.B \\-\\-help\nTell the arguments, also of each command and each group.\n"
+            ".TP\n.B \\-\\-version\nTell the version.\n.SH COMMANDS\n";
         for (const auto& command : AllCommands()) {
             CLI::App app;
             command->Define(app);
@@ -127,9 +130,10 @@ class Manual : public Command {
     }
 };
 
-}  // namespace
+}  // namespace self_commands
 
 void AddSelfCommands(Commands& commands) {
+    using namespace self_commands;
     commands.push_back(std::make_unique<Status>());
     commands.push_back(std::make_unique<Completion>());
     commands.push_back(std::make_unique<Manual>());

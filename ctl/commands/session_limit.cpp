@@ -3,7 +3,7 @@
 #include "../names.h"
 
 namespace aaactl {
-namespace {
+namespace session_limit_commands {
 
 class Show : public Command {
   public:
@@ -48,9 +48,10 @@ class Set : public Command {
     std::string limit_;
 };
 
-}  // namespace
+}  // namespace session_limit_commands
 
 void AddSessionLimitCommands(Commands& commands) {
+    using namespace session_limit_commands;
     commands.push_back(std::make_unique<Show>());
     commands.push_back(std::make_unique<Set>());
 }

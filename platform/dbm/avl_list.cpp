@@ -3,7 +3,7 @@
 #include <platform/dbm.h>
 #include <string.h>
 
-#include "dbm/report.h"
+#include "dbm/damage_guard.h"
 
 namespace aaadom::dbm {
 
@@ -38,7 +38,7 @@ int ReadAvlCount(MDB_txn* txn, MDB_dbi table, const void* key, uint32_t key_len,
     PointAtCount(stored, meta);
     MDB_val name = stored.Value();
     MDB_val value;
-    const int code = mdb_get(txn, table, &name, &value);
+    const int code = GuardedGet(txn, table, &name, &value);
     *count = 0;
     if (code == MDB_NOTFOUND) return 0;
     if (code != 0) return code;
@@ -73,7 +73,7 @@ int AvlList::Open(MDB_txn* txn, MDB_dbi table, const void* key, uint32_t key_len
         PointAtCount(stored_, meta_);
         MDB_val name = stored_.Value();
         MDB_val value;
-        code = mdb_cursor_get(cursor_, &name, &value, MDB_SET);
+        code = GuardedCursorGet(cursor_, &name, &value, MDB_SET);
         if (code == MDB_NOTFOUND)
             code = 0;
         else if (code == 0 && value.mv_size != kCountSize)
@@ -96,7 +96,7 @@ int AvlList::Insert(uint32_t entry_len, const void* entry) {
     PointAt(entry);
     MDB_val name = stored_.Value();
     MDB_val data{entry_len, const_cast<void*>(entry)};
-    const int code = mdb_cursor_put(cursor_, &name, &data, MDB_NOOVERWRITE);
+    const int code = GuardedCursorPut(cursor_, &name, &data, MDB_NOOVERWRITE);
     if (code != 0) return code;
     ++count_;
     count_changed_ = true;
@@ -108,7 +108,7 @@ int AvlList::Remove(const void* probe) {
     CloseCursor();
     PointAt(probe);
     MDB_val name = stored_.Value();
-    const int code = mdb_del(txn_, table_, &name, nullptr);
+    const int code = GuardedDelete(txn_, table_, &name);
     if (code != 0) return code;
     if (count_ > 0) --count_;
     count_changed_ = true;
@@ -128,7 +128,7 @@ int AvlList::Settle() {
             PointAtCount(stored_, meta_);
             MDB_val name = stored_.Value();
             MDB_val data{sizeof bytes, bytes};
-            code = mdb_cursor_put(cursor_, &name, &data, 0);
+            code = GuardedCursorPut(cursor_, &name, &data, 0);
         }
     }
     Drop();
@@ -146,13 +146,13 @@ void AvlList::Drop() noexcept {
 
 int AvlList::OpenCursor() {
     if (cursor_ != nullptr) return 0;
-    const int code = mdb_cursor_open(txn_, table_, &cursor_);
+    const int code = GuardedCursorOpen(txn_, table_, &cursor_);
     if (code != 0) cursor_ = nullptr;
     return code;
 }
 
 void AvlList::CloseCursor() noexcept {
-    if (cursor_ != nullptr) mdb_cursor_close(cursor_);
+    if (cursor_ != nullptr) CloseWriteCursor(cursor_);
     cursor_ = nullptr;
 }
 

@@ -1,133 +1,21 @@
 #include "dbm/environment.h"
 
 #include <errno.h>
-#include <fcntl.h>
-#include <stdio.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include "dbm/file_check.h"
 #include "dbm/report.h"
 
 namespace aaadom::dbm {
 
 namespace {
 
-constexpr unsigned kMaxNamedTables = 64;
-constexpr unsigned kMaxReaders = 1024;
-constexpr size_t kMaxIdleReaders = 32;
-constexpr mode_t kDataMode = 0640;
-/* A reader enters itself in the reader table, so the group may write the lock file. */
-constexpr mode_t kLockMode = 0660;
 constexpr const char* kTypesSuffix = ":value-types";
 
-std::atomic<size_t> g_map_size{kDefaultMapSize};
-
-struct DirectoryLock {
-    explicit DirectoryLock(const std::string& path)
-        : fd(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        if (fd >= 0) (void)flock(fd, LOCK_EX);
-    }
-    ~DirectoryLock() {
-        if (fd >= 0) close(fd);
-    }
-    int fd;
-};
-
-bool FileExists(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0;
-}
-
 }  // namespace
-
-void dbm_SetMapSize(size_t bytes) noexcept {
-    g_map_size = bytes == 0 ? kDefaultMapSize : bytes;
-}
 
 uint64_t ThisThread() noexcept {
     static std::atomic<uint64_t> next{1};
     thread_local const uint64_t number = next.fetch_add(1);
     return number;
-}
-
-Environment::~Environment() {
-    Close();
-}
-
-int Environment::OpenFile(const std::string& file, unsigned flags) {
-    int code = mdb_env_create(&env_);
-    if (code != 0) {
-        env_ = nullptr;
-        return code;
-    }
-    (void)mdb_env_set_maxdbs(env_, kMaxNamedTables);
-    (void)mdb_env_set_maxreaders(env_, kMaxReaders);
-    (void)mdb_env_set_mapsize(env_, g_map_size.load());
-    code = mdb_env_open(env_, file.c_str(), flags | MDB_NOTLS, kDataMode);
-    if (code != 0) {
-        mdb_env_close(env_);
-        env_ = nullptr;
-    }
-    return code;
-}
-
-/* The new file gets its meta pages under another name and is then renamed: whoever finds data.mdb
- * finds a whole database, also after a crash here. */
-int Environment::CreateFile() {
-    const DirectoryLock lock(path_);
-    if (lock.fd < 0) return errno;
-    const std::string data = path_ + "/data.mdb";
-    if (FileExists(data)) return 0;
-    const std::string fresh = path_ + "/new.mdb";
-    (void)unlink(fresh.c_str());
-    int code = OpenFile(fresh, MDB_NOSUBDIR);
-    if (code == 0) {
-        code = mdb_env_sync(env_, 1);
-        mdb_env_close(env_);
-        env_ = nullptr;
-    }
-    (void)unlink((fresh + "-lock").c_str());
-    if (code != 0) {
-        (void)unlink(fresh.c_str());
-        return code;
-    }
-    if (rename(fresh.c_str(), data.c_str()) != 0) return errno;
-    return fsync(lock.fd) != 0 ? errno : 0;
-}
-
-int Environment::Open(const std::string& directory, bool durable, bool create,
-                      bool read_only_allowed) {
-    path_ = directory;
-    idle_readers_.reserve(kMaxIdleReaders);
-    const std::string data = path_ + "/data.mdb";
-    if (create && !FileExists(data)) {
-        if (int code = CreateFile()) return code;
-    }
-    if (int code = CheckFileHeader(data)) return code;
-    const bool new_lock = !FileExists(path_ + "/lock.mdb");
-    const unsigned sync = durable ? 0 : MDB_NOSYNC;
-    int code = OpenFile(path_, sync);
-    if ((code == EACCES || code == EROFS || code == EPERM) && read_only_allowed) {
-        code = OpenFile(path_, sync | MDB_RDONLY);
-        read_only_ = code == 0;
-    }
-    if (code != 0) return code;
-    if (new_lock) (void)chmod((path_ + "/lock.mdb").c_str(), kLockMode);
-    int dead;
-    (void)mdb_reader_check(env_, &dead);
-    code = CheckFileStructure(env_);
-    if (code != 0) Close();
-    return code;
-}
-
-void Environment::Close() noexcept {
-    if (env_ == nullptr) return;
-    for (MDB_txn* txn : idle_readers_) mdb_txn_abort(txn);
-    idle_readers_.clear();
-    mdb_env_close(env_);
-    env_ = nullptr;
 }
 
 void Environment::MakeDurable() noexcept {
@@ -142,18 +30,40 @@ void Environment::Report(const char* action, int code) noexcept {
  * writes, alone in activity_ none reads. */
 int Environment::AdoptNewMapSize() {
     const std::unique_lock<std::shared_mutex> alone(activity_);
-    return mdb_env_set_mapsize(env_, 0);
+    map_ = {}; /* it moves */
+    return RunGuarded([&] { return mdb_env_set_mapsize(env_, 0); });
 }
 
 /* LMDB's write lock comes after write_mutex_ and before activity_: a wait for another process must
  * not hold up this one's readers. */
-int Environment::BeginWrite(MDB_txn** txn) {
-    int code = mdb_txn_begin(env_, nullptr, 0, txn);
+int Environment::BeginUncheckedWrite(MDB_txn** txn) {
+    int code = GuardedBegin(env_, 0, txn);
     if (code == MDB_MAP_RESIZED) {
         code = AdoptNewMapSize();
-        if (code == 0) code = mdb_txn_begin(env_, nullptr, 0, txn);
+        if (code == 0) code = GuardedBegin(env_, 0, txn);
     }
+    if (code == kDamagedFile) LoseWriter();
     return code;
+}
+
+int Environment::BeginWrite(MDB_txn** txn) {
+    if (WriterIsLost()) return kDamagedFile;
+    FileStamp now;
+    if (const int code = ReadFileStamp(env_, page_size_, &now)) return code;
+    if (const int code = BeginUncheckedWrite(txn)) return code;
+    const int code = CheckForeignChange(now, mdb_txn_id(*txn) - 1);
+    if (code == 0) return 0;
+    mdb_txn_abort(*txn);
+    *txn = nullptr;
+    return code;
+}
+
+/* LMDB takes a place among the readers before it looks at the map: a fault then would keep it. */
+int Environment::BeginRead(MDB_txn** txn) {
+    FileStamp now;
+    const int code = ReadFileStamp(env_, page_size_, &now);
+    if (code != 0 && code != kRemovedFile) return code;
+    return GuardedBegin(env_, MDB_RDONLY, txn);
 }
 
 Scope Environment::ScopeOfThisThread() const noexcept {
@@ -164,20 +74,26 @@ Scope Environment::ScopeOfThisThread() const noexcept {
 }
 
 bool Environment::FinishCommit(MDB_txn* txn) {
-    const int code = mdb_txn_commit(txn);
+    const size_t transaction = mdb_txn_id(txn);
+    const int code = GuardedCommit(txn);
     if (code != 0) {
         list_.Drop();
         Report("commit", code);
         return false;
     }
+    RememberFile(transaction);
     if (last_reported_.load(std::memory_order_relaxed) != 0) last_reported_ = 0;
     return true;
 }
 
 int Environment::OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table) {
     const unsigned flags = create ? MDB_CREATE : 0;
-    int code = mdb_dbi_open(txn, name.c_str(), flags, &table->data);
-    if (code == 0) code = mdb_dbi_open(txn, (name + kTypesSuffix).c_str(), flags, &table->types);
+    const std::string types = name + kTypesSuffix;
+    const int code = RunGuarded([&] {
+        const int failed = mdb_dbi_open(txn, name.c_str(), flags, &table->data);
+        return failed != 0 ? failed : mdb_dbi_open(txn, types.c_str(), flags, &table->types);
+    });
+    if (code == kDamagedFile && create) LoseWriter();
     return code;
 }
 
@@ -189,19 +105,23 @@ int Environment::OpenNewTable(const std::string& name, bool create, Table* table
     if (code != 0) return code;
     std::unique_lock<std::shared_mutex> alone(activity_);
     if (!create) {
-        code = mdb_txn_begin(env_, nullptr, MDB_RDONLY, &txn);
+        code = BeginRead(&txn);
         if (code == MDB_MAP_RESIZED) {
-            code = mdb_env_set_mapsize(env_, 0);
-            if (code == 0) code = mdb_txn_begin(env_, nullptr, MDB_RDONLY, &txn);
+            code = RunGuarded([&] { return mdb_env_set_mapsize(env_, 0); });
+            if (code == 0) code = BeginRead(&txn);
         }
         if (code != 0) return code;
     }
     code = OpenTableInside(txn, name, create, table);
+    if (code == 0 && !create) FindMap(txn);
     if (code != 0) {
-        mdb_txn_abort(txn);
+        AbortWrite(txn);
         return code;
     }
-    return mdb_txn_commit(txn);
+    const size_t transaction = mdb_txn_id(txn);
+    code = GuardedCommit(txn);
+    if (code == 0 && create) RememberFile(transaction);
+    return code;
 }
 
 int Environment::OpenTable(const std::string& name, bool create, Table* table) {
@@ -220,7 +140,10 @@ int Environment::OpenTable(const std::string& name, bool create, Table* table) {
     if (find()) return 0;
     if (create && read_only_) return EROFS;
     int code = OpenNewTable(name, false, table);
-    if (code == MDB_NOTFOUND && create) code = OpenNewTable(name, true, table);
+    if (code == MDB_NOTFOUND && create) {
+        code = OpenNewTable(name, true, table);
+        if (code == 0) code = OpenNewTable(name, false, table);
+    }
     if (code != 0) return code;
     const std::lock_guard<std::mutex> guard(tables_mutex_);
     tables_[name] = *table;
@@ -231,7 +154,8 @@ ReadAccess::ReadAccess(Environment& environment)
     : environment_(environment), activity_(environment.activity_) {
     switch (environment.ScopeOfThisThread()) {
         case Scope::kMine:
-            if (environment.SettleList()) txn_ = environment.scope_txn_;
+            if (environment.SettleList() && !environment.WriterIsLost())
+                txn_ = environment.scope_txn_;
             return;
         case Scope::kBlocked:
             return;
@@ -249,10 +173,10 @@ ReadAccess::ReadAccess(Environment& environment)
         }
         int code;
         if (txn_ != nullptr) {
-            code = mdb_txn_renew(txn_);
+            code = GuardedRenew(txn_);
             if (code != 0) mdb_txn_abort(txn_);
         } else {
-            code = mdb_txn_begin(environment.env_, nullptr, MDB_RDONLY, &txn_);
+            code = environment.BeginRead(&txn_);
         }
         if (code == 0) return;
         txn_ = nullptr;
@@ -294,7 +218,8 @@ WriteAccess::WriteAccess(Environment& environment, ListOfScope list)
     switch (environment.ScopeOfThisThread()) {
         case Scope::kMine:
             activity_.lock();
-            if (list == kGoesOn || environment.LeaveList()) txn_ = environment.scope_txn_;
+            if ((list == kGoesOn || environment.LeaveList()) && !environment.WriterIsLost())
+                txn_ = environment.scope_txn_;
             return;
         case Scope::kBlocked:
             return;
@@ -315,7 +240,7 @@ WriteAccess::WriteAccess(Environment& environment, ListOfScope list)
 WriteAccess::~WriteAccess() {
     if (!own_ || txn_ == nullptr) return;
     environment_.list_.Drop();
-    mdb_txn_abort(txn_);
+    AbortWrite(txn_);
 }
 
 bool WriteAccess::Check(int code) {

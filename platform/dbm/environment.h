@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "dbm/avl_list.h"
+#include "dbm/damage_guard.h"
+#include "dbm/file_check.h"
 
 namespace aaadom::dbm {
 
@@ -66,6 +68,13 @@ class Environment {
     /* Rolls the calling thread's scope back; false when another thread owns or uses the scope. */
     bool DropScope();
 
+    /* Where the pages lie while nobody is alone in activity_. */
+    MapRange Map() const noexcept { return map_; }
+    /* A change ended in a fault: LMDB's write lock and transaction stay as they are until the
+     * process ends, and every later change is refused. Reading goes on. */
+    void LoseWriter() noexcept;
+    bool WriterIsLost() const noexcept { return writer_lost_.load(); }
+
     /* One line for a run of equal failures. */
     void Report(const char* action, int code) noexcept;
 
@@ -77,6 +86,12 @@ class Environment {
     int CreateFile();
     /* Both: write_mutex_ is held, activity_ is not. */
     int BeginWrite(MDB_txn** txn);
+    int BeginUncheckedWrite(MDB_txn** txn);
+    /* Precondition: nobody else writes. */
+    int CheckForeignChange(const FileStamp& now, size_t last_transaction);
+    void RememberFile(size_t last_transaction) noexcept;
+    int BeginRead(MDB_txn** txn);
+    void FindMap(MDB_txn* txn) noexcept;
     int AdoptNewMapSize();
     int OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table);
     int OpenNewTable(const std::string& name, bool create, Table* table);
@@ -92,6 +107,15 @@ class Environment {
     MDB_env* env_ = nullptr;
     std::string path_;
     bool read_only_ = false;
+    uint32_t page_size_ = 0;
+
+    MapRange map_; /* changed by whoever is alone in activity_ */
+    std::atomic<bool> writer_lost_{false};
+    /* The file as the last commit of this process left it, and as it was found damaged;
+     * write_mutex_ is held. */
+    FileStamp file_;
+    size_t file_transaction_ = 0;
+    FileStamp damaged_file_;
 
     /* Lock order: table_open_mutex_, write_mutex_, LMDB's write lock, activity_, then one of the
      * leaves below. */

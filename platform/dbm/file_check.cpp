@@ -8,7 +8,7 @@
 
 #include <vector>
 
-#include "dbm/report.h"
+#include "dbm/damage_guard.h"
 
 namespace aaadom::dbm {
 
@@ -273,6 +273,18 @@ int CheckFileHeader(const std::string& data_file) {
     return sound ? 0 : kDamagedFile;
 }
 
+int ReadFileStamp(MDB_env* env, uint32_t page_size, FileStamp* stamp) {
+    int fd;
+    if (int code = mdb_env_get_fd(env, &fd)) return code;
+    struct stat status;
+    if (fstat(fd, &status) != 0) return errno;
+    if (status.st_nlink == 0) return kRemovedFile;
+    stamp->size = static_cast<uint64_t>(status.st_size);
+    stamp->seconds = status.st_ctim.tv_sec;
+    stamp->nanoseconds = status.st_ctim.tv_nsec;
+    return stamp->size < 2 * uint64_t{page_size} ? kDamagedFile : 0;
+}
+
 int CheckFileStructure(MDB_env* env) {
     int fd;
     if (int code = mdb_env_get_fd(env, &fd)) return code;
@@ -280,7 +292,7 @@ int CheckFileStructure(MDB_env* env) {
      * page; the next try takes a newer snapshot. */
     for (int attempt = 0; attempt < 100; ++attempt) {
         MDB_txn* txn;
-        if (int code = mdb_txn_begin(env, nullptr, MDB_RDONLY, &txn)) return code;
+        if (int code = GuardedBegin(env, MDB_RDONLY, &txn)) return code;
         MetaPage metas[2];
         int code = ReadMetas(fd, metas) ? EAGAIN : kDamagedFile;
         for (const MetaPage& meta : metas) {

@@ -3,6 +3,7 @@
 #define PLATFORM_DBM_FILE_CHECK_H
 
 #include <lmdb.h>
+#include <stdint.h>
 
 #include <string>
 
@@ -24,6 +25,21 @@ int CheckFileHeader(const std::string& data_file);
  * @return 0, an errno or LMDB error, or kDamagedFile.
  */
 int CheckFileStructure(MDB_env* env);
+
+/* What tells a file that somebody changed without a commit. */
+struct FileStamp {
+    uint64_t size = 0;
+    int64_t seconds = 0;
+    long nanoseconds = 0;
+    bool operator==(const FileStamp& other) const noexcept {
+        return size == other.size && seconds == other.seconds && nanoseconds == other.nanoseconds;
+    }
+};
+/**
+ * Looks at the open data file without touching its map.
+ * @return 0, an errno, kRemovedFile, or kDamagedFile when it is shorter than its two meta pages.
+ */
+int ReadFileStamp(MDB_env* env, uint32_t page_size, FileStamp* stamp);
 
 }  // namespace aaadom::dbm
 

@@ -14,7 +14,7 @@ Lookup LoadMeta(Environment& environment, MDB_txn* txn, const Table& table, cons
     StoredKey stored(kMetaTag, key.bytes, key.length);
     MDB_val name = stored.Value();
     MDB_val value;
-    const int code = mdb_get(txn, table.data, &name, &value);
+    const int code = GuardedGet(txn, table.data, &name, &value);
     if (code == MDB_NOTFOUND) return Lookup::kAbsent;
     if (code == 0 && DecodeMeta(value, key.length, meta)) return Lookup::kFound;
     environment.Report("read", code != 0 ? code : kDamagedFile);
@@ -27,7 +27,7 @@ bool SaveMeta(WriteAccess& write, const Table& table, const Key& key, const Meta
     EncodeMeta(meta, bytes);
     MDB_val name = stored.Value();
     MDB_val value{kMetaSize, bytes};
-    return write.Check(mdb_put(write.Txn(), table.data, &name, &value, 0));
+    return write.Check(GuardedPut(write.Txn(), table.data, &name, &value, 0));
 }
 
 namespace {
@@ -37,13 +37,13 @@ bool PutTypeRow(WriteAccess& write, const Table& table, const Key& key, uint32_t
     char nothing[1] = "";
     MDB_val name = row.Value();
     MDB_val value{0, nothing};
-    return write.Check(mdb_put(write.Txn(), table.types, &name, &value, 0));
+    return write.Check(GuardedPut(write.Txn(), table.types, &name, &value, 0));
 }
 
 bool RemoveTypeRow(WriteAccess& write, const Table& table, const Key& key, uint32_t value_type) {
     TypeRow row(value_type, key.bytes, key.length);
     MDB_val name = row.Value();
-    const int code = mdb_del(write.Txn(), table.types, &name, nullptr);
+    const int code = GuardedDelete(write.Txn(), table.types, &name);
     return code == MDB_NOTFOUND || write.Check(code);
 }
 
@@ -96,7 +96,7 @@ bool RemoveEntries(WriteAccess& write, const Table& table, StoredKey& prefix) {
         /* The name lies in a page that the deletion changes. */
         memcpy(bytes, name.mv_data, name.mv_size);
         name.mv_data = bytes;
-        if (!write.Check(mdb_del(write.Txn(), table.data, &name, nullptr))) return false;
+        if (!write.Check(GuardedDelete(write.Txn(), table.data, &name))) return false;
     }
 }
 
@@ -128,8 +128,11 @@ uint32_t CountEntries(MDB_txn* txn, const Table& table, const Key& key, const Me
 int32_t CopyOut(const MDB_val& value, uint32_t buf_size, void* buf) noexcept {
     if (buf == nullptr) return 0;
     const size_t length = std::min({value.mv_size, size_t{buf_size}, size_t{INT_MAX}});
-    if (length != 0) memcpy(buf, value.mv_data, length);
-    return static_cast<int32_t>(length);
+    const auto copy = [&] {
+        if (length != 0) memcpy(buf, value.mv_data, length);
+        return 0;
+    };
+    return RunGuarded(copy) == 0 ? static_cast<int32_t>(length) : -1;
 }
 
 uint32_t IsKeyExist(OpenTable& table, const Key& key) {
@@ -151,7 +154,7 @@ bool DeleteKey(OpenTable& table, const Key& key) {
     if (!RemoveEntries(write, table.table, stored)) return false;
     stored.SetTag(kMetaTag);
     MDB_val name = stored.Prefix();
-    return write.Check(mdb_del(write.Txn(), table.table.data, &name, nullptr)) &&
+    return write.Check(GuardedDelete(write.Txn(), table.table.data, &name)) &&
            RemoveTypeRow(write, table.table, key, meta.value_type) && write.Commit();
 }
 

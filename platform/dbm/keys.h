@@ -4,6 +4,7 @@
 
 #include <platform/dbm.h>
 
+#include "dbm/damage_guard.h"
 #include "dbm/registry.h"
 #include "dbm/stored_form.h"
 
@@ -45,7 +46,7 @@ uint32_t CountEntries(MDB_txn* txn, const Table& table, const Key& key, const Me
 class TableCursor {
   public:
     TableCursor(MDB_txn* txn, MDB_dbi dbi) {
-        if (mdb_cursor_open(txn, dbi, &cursor_) != 0) cursor_ = nullptr;
+        if (GuardedCursorOpen(txn, dbi, &cursor_) != 0) cursor_ = nullptr;
     }
     ~TableCursor() {
         if (cursor_ != nullptr) mdb_cursor_close(cursor_);
@@ -53,7 +54,7 @@ class TableCursor {
     TableCursor(const TableCursor&) = delete;
     TableCursor& operator=(const TableCursor&) = delete;
     int Get(MDB_val* key, MDB_val* data, MDB_cursor_op operation) {
-        return cursor_ != nullptr ? mdb_cursor_get(cursor_, key, data, operation) : MDB_PANIC;
+        return cursor_ != nullptr ? GuardedCursorGet(cursor_, key, data, operation) : MDB_PANIC;
     }
 
   private:

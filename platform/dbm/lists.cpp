@@ -46,11 +46,11 @@ bool InsertSorted(OpenTable& table, const Key& key, uint32_t entry_size, const v
     SetSortKey(stored, meta, entry);
     MDB_val name = stored.Value();
     MDB_val data{entry_size, const_cast<void*>(entry)};
-    int code = mdb_put(write.Txn(), table.table.data, &name, &data, MDB_NOOVERWRITE);
+    int code = GuardedPut(write.Txn(), table.table.data, &name, &data, MDB_NOOVERWRITE);
     bool meta_changed = code == 0;
     if (code == MDB_KEYEXIST) {
         data = {entry_size, const_cast<void*>(entry)};
-        code = mdb_put(write.Txn(), table.table.data, &name, &data, 0);
+        code = GuardedPut(write.Txn(), table.table.data, &name, &data, 0);
     } else {
         meta.entry_size = entry_size;
         ++meta.entry_count;
@@ -75,7 +75,7 @@ int32_t GetSorted(OpenTable& table, const Key& key, uint32_t entry_size, void* e
     SetSortKey(stored, meta, entry);
     MDB_val name = stored.Value();
     MDB_val value;
-    const int code = mdb_get(read.Txn(), table.table.data, &name, &value);
+    const int code = GuardedGet(read.Txn(), table.table.data, &name, &value);
     if (code != 0 && code != MDB_NOTFOUND) table.environment().Report("read", code);
     return code == 0 ? CopyOut(value, entry_size, entry) : -1;
 }
@@ -128,7 +128,7 @@ bool RemoveSorted(OpenTable& table, const Key& key, uint32_t entry_size, const v
     StoredKey stored(DBM_KIND_SORTED, key.bytes, key.length);
     SetSortKey(stored, meta, probe);
     MDB_val name = stored.Value();
-    const int code = mdb_del(write.Txn(), table.table.data, &name, nullptr);
+    const int code = GuardedDelete(write.Txn(), table.table.data, &name);
     if (code == MDB_NOTFOUND) return false;
     if (meta.entry_count > 0) --meta.entry_count;
     return write.Check(code) && SaveMeta(write, table.table, key, meta) && write.Commit();

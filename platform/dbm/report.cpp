@@ -53,8 +53,13 @@ const char* WayOut(int code) {
         case MDB_CORRUPTED:
         case MDB_PAGE_NOTFOUND:
         case MDB_VERSION_MISMATCH:
+        case MDB_CURSOR_FULL:
+        case MDB_BAD_TXN:
         case kDamagedFile:
-            return "restore data.mdb from a backup, or move it away to start empty";
+            return "stop the programs that use it, then restore data.mdb from a backup, or move it "
+                   "away to start empty";
+        case kRemovedFile:
+            return "restart the programs that use it; what was saved in it is lost";
         case MDB_NOTFOUND:
             return "start the daemon, which creates it";
         case EDEADLK:
@@ -79,6 +84,7 @@ void SetReportSink(ReportSink sink) noexcept {
 void ReportFailure(const std::string& path, const char* action, int code) noexcept {
     char line[kLineSize];
     const char* reason = code == kDamagedFile   ? "the file is damaged"
+                         : code == kRemovedFile ? "the file was removed while it was open"
                          : code == MDB_NOTFOUND ? "no such table"
                                                 : mdb_strerror(code);
     snprintf(line, sizeof line, "%s: %s failed: %s; %s", path.c_str(), action, reason,

@@ -11,8 +11,10 @@ namespace aaadom::dbm {
 using ReportSink = void (*)(const char* line);
 void SetReportSink(ReportSink sink) noexcept;
 
-/* Result of the file check; outside the ranges of errno and of LMDB. */
+/* Result of the file checks and of guarded calls; outside the ranges of errno and of LMDB. */
 constexpr int kDamagedFile = -40000;
+/* No directory names the open file any more: what is written there would be gone at the end. */
+constexpr int kRemovedFile = -40001;
 
 /* Writes one error line: "<path>: <action> failed: <reason>; <way out>". */
 void ReportFailure(const std::string& path, const char* action, int code) noexcept;

@@ -81,7 +81,7 @@ bool Environment::Commit() {
             done = FinishCommit(txn);
         } else {
             list_.Drop();
-            mdb_txn_abort(txn);
+            AbortWrite(txn);
         }
     }
     EndScope();
@@ -105,7 +105,7 @@ bool Environment::DropScope() {
     {
         const std::shared_lock<std::shared_mutex> activity(activity_);
         list_.Drop();
-        mdb_txn_abort(scope_txn_);
+        AbortWrite(scope_txn_);
         scope_txn_ = nullptr;
     }
     EndScope();

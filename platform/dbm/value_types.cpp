@@ -43,8 +43,9 @@ uint32_t ValueLength(OpenTable& table, MDB_txn* txn, const Key& key, const Meta&
     StoredKey stored(DBM_KIND_BINARY, key.bytes, key.length);
     MDB_val name = stored.Value();
     MDB_val value;
-    return mdb_get(txn, table.table.data, &name, &value) == 0 ? static_cast<uint32_t>(value.mv_size)
-                                                              : 0;
+    return GuardedGet(txn, table.table.data, &name, &value) == 0
+               ? static_cast<uint32_t>(value.mv_size)
+               : 0;
 }
 
 }  // namespace

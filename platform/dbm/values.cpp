@@ -13,7 +13,7 @@ bool FetchValue(OpenTable& table, const ReadAccess& read, const Key& key, uint8_
     *value = {0, nothing};
     if (!read.Ok()) return false;
     MDB_val name = stored.Value();
-    const int code = mdb_get(read.Txn(), table.table.data, &name, value);
+    const int code = GuardedGet(read.Txn(), table.table.data, &name, value);
     if (code == 0) return true;
     if (code != MDB_NOTFOUND) {
         table.environment().Report("read", code);
@@ -41,7 +41,8 @@ bool PutValue(OpenTable& table, const Key& key, StoredKey& stored, uint8_t kind,
     MDB_val name = stored.Value();
     char nothing[1] = "";
     MDB_val data{value_len, value_len != 0 ? const_cast<void*>(value) : nothing};
-    return write.Check(mdb_put(write.Txn(), table.table.data, &name, &data, 0)) && write.Commit();
+    return write.Check(GuardedPut(write.Txn(), table.table.data, &name, &data, 0)) &&
+           write.Commit();
 }
 
 }  // namespace
@@ -69,7 +70,7 @@ bool RemoveArrayElement(OpenTable& table, const Key& key, uint32_t index) {
     StoredKey stored(DBM_KIND_ARRAY, key.bytes, key.length);
     stored.SetIndex(index);
     MDB_val name = stored.Value();
-    const int code = mdb_del(write.Txn(), table.table.data, &name, nullptr);
+    const int code = GuardedDelete(write.Txn(), table.table.data, &name);
     if (code == MDB_NOTFOUND) return true; /* nothing changed: nothing to commit */
     return write.Check(code) && write.Commit();
 }

@@ -16,6 +16,7 @@
 #define AAADOM_REQUIRES_SHARED(...) AAADOM_TSA(requires_shared_capability(__VA_ARGS__))
 #define AAADOM_EXCLUDES(...) AAADOM_TSA(locks_excluded(__VA_ARGS__))
 #define AAADOM_ACQUIRE(...) AAADOM_TSA(acquire_capability(__VA_ARGS__))
+#define AAADOM_TRY_ACQUIRE(...) AAADOM_TSA(try_acquire_capability(__VA_ARGS__))
 #define AAADOM_ACQUIRE_SHARED(...) AAADOM_TSA(acquire_shared_capability(__VA_ARGS__))
 #define AAADOM_RELEASE(...) AAADOM_TSA(release_capability(__VA_ARGS__))
 #define AAADOM_RELEASE_GENERIC(...) AAADOM_TSA(release_generic_capability(__VA_ARGS__))
@@ -47,11 +48,43 @@ class AAADOM_CAPABILITY("mutex") Mutex {
     int Init() noexcept { return pthread_mutex_init(&mutex_, nullptr); }
     int Destroy() noexcept { return DestroyToInitial(mutex_); }
     int Lock() noexcept AAADOM_ACQUIRE() AAADOM_NO_TSA { return pthread_mutex_lock(&mutex_); }
+    bool TryLock() noexcept AAADOM_TRY_ACQUIRE(true) AAADOM_NO_TSA {
+        return pthread_mutex_trylock(&mutex_) == 0;
+    }
     int Unlock() noexcept AAADOM_RELEASE() AAADOM_NO_TSA { return pthread_mutex_unlock(&mutex_); }
 
   private:
     pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
 };
+
+/// A pthread reader-writer lock, likewise usable from the start.
+class AAADOM_CAPABILITY("reader-writer lock") RwLock {
+  public:
+    constexpr RwLock() = default;
+    RwLock(const RwLock&) = delete;
+    RwLock& operator=(const RwLock&) = delete;
+
+    int Init() noexcept { return pthread_rwlock_init(&lock_, nullptr); }
+    int Destroy() noexcept { return DestroyToInitial(lock_); }
+    pthread_rwlock_t& Native() noexcept { return lock_; }
+
+  private:
+    pthread_rwlock_t lock_ = PTHREAD_RWLOCK_INITIALIZER;
+};
+
+/// Names a pthread lock that the interface exports, so that the analysis knows it: the headers of
+/// the interface are C.
+template <typename Lock>
+class AAADOM_CAPABILITY("exported lock") Exported {
+  public:
+    constexpr explicit Exported(Lock& lock) noexcept : lock_(lock) {}
+    Lock& Native() const noexcept { return lock_; }
+
+  private:
+    Lock& lock_;
+};
+using ExportedMutex = Exported<pthread_mutex_t>;
+using ExportedRwLock = Exported<pthread_rwlock_t>;
 
 // The guards below release what they locked and nothing else: after Fini, or where a thread already
 // holds the write side, a lock call fails, and an unlock would release somebody else's lock.
@@ -71,13 +104,12 @@ class AAADOM_SCOPED_CAPABILITY MutexGuard {
     const bool held_;
 };
 
-/// A pthread mutex that the library exports as an object.
 class AAADOM_SCOPED_CAPABILITY ExportedMutexGuard {
   public:
-    explicit ExportedMutexGuard(pthread_mutex_t& mutex) noexcept AAADOM_NO_TSA
-        : mutex_(mutex),
-          held_(pthread_mutex_lock(&mutex) == 0) {}
-    ~ExportedMutexGuard() AAADOM_NO_TSA {
+    explicit ExportedMutexGuard(const ExportedMutex& mutex) noexcept
+        AAADOM_ACQUIRE(mutex) AAADOM_NO_TSA : mutex_(mutex.Native()),
+                                              held_(pthread_mutex_lock(&mutex_) == 0) {}
+    ~ExportedMutexGuard() AAADOM_RELEASE() AAADOM_NO_TSA {
         if (held_) (void)pthread_mutex_unlock(&mutex_);
     }
     ExportedMutexGuard(const ExportedMutexGuard&) = delete;
@@ -88,13 +120,14 @@ class AAADOM_SCOPED_CAPABILITY ExportedMutexGuard {
     const bool held_;
 };
 
-/// The read side of a pthread reader-writer lock that lives in a structure of the interface.
+/// The read side of an RwLock or ExportedRwLock.
+template <typename Lock>
 class AAADOM_SCOPED_CAPABILITY ReadGuard {
   public:
-    explicit ReadGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA
-        : lock_(lock),
-          held_(pthread_rwlock_rdlock(&lock) == 0) {}
-    ~ReadGuard() AAADOM_NO_TSA {
+    explicit ReadGuard(Lock& lock) noexcept AAADOM_ACQUIRE_SHARED(lock) AAADOM_NO_TSA
+        : lock_(lock.Native()),
+          held_(pthread_rwlock_rdlock(&lock_) == 0) {}
+    ~ReadGuard() AAADOM_RELEASE_GENERIC() AAADOM_NO_TSA {
         if (held_) (void)pthread_rwlock_unlock(&lock_);
     }
     ReadGuard(const ReadGuard&) = delete;
@@ -106,12 +139,13 @@ class AAADOM_SCOPED_CAPABILITY ReadGuard {
 };
 
 /// The write side.
+template <typename Lock>
 class AAADOM_SCOPED_CAPABILITY WriteGuard {
   public:
-    explicit WriteGuard(pthread_rwlock_t& lock) noexcept AAADOM_NO_TSA
-        : lock_(lock),
-          held_(pthread_rwlock_wrlock(&lock) == 0) {}
-    ~WriteGuard() AAADOM_NO_TSA {
+    explicit WriteGuard(Lock& lock) noexcept AAADOM_ACQUIRE(lock) AAADOM_NO_TSA
+        : lock_(lock.Native()),
+          held_(pthread_rwlock_wrlock(&lock_) == 0) {}
+    ~WriteGuard() AAADOM_RELEASE() AAADOM_NO_TSA {
         if (held_) (void)pthread_rwlock_unlock(&lock_);
     }
     WriteGuard(const WriteGuard&) = delete;

@@ -11,6 +11,7 @@ namespace {
 constexpr const char* kModule = "AAA";  // openlog keeps the pointer
 constexpr int kDelayedOpen = 4;
 constexpr int kFacilityLocalUse7 = 184;
+const aaadom::ExportedRwLock base_info_lock(g_stAAAGlobalBaseInfo.lock);
 
 bool Enabled(uint32_t bit) noexcept {
     return (DOM_AAAGetDebugFlag() & bit) != 0;
@@ -21,23 +22,34 @@ bool Enabled(uint32_t bit) noexcept {
 AAAGlobalBaseInfo g_stAAAGlobalBaseInfo = {PTHREAD_RWLOCK_INITIALIZER, 0};
 uint16_t g_bAaaDebugSwitch = 0;
 
+namespace {
+
+uint32_t& DebugFlag() noexcept AAADOM_REQUIRES(base_info_lock) {
+    return g_stAAAGlobalBaseInfo.debug_flag;
+}
+uint32_t ReadDebugFlag() noexcept AAADOM_REQUIRES_SHARED(base_info_lock) {
+    return g_stAAAGlobalBaseInfo.debug_flag;
+}
+
+}  // namespace
+
 extern "C" {
 
 void DOM_AAASetDebugFlag(uint32_t mask) noexcept {
-    aaadom::WriteGuard lock(g_stAAAGlobalBaseInfo.lock);
+    aaadom::WriteGuard lock(base_info_lock);
     openlog(kModule, kDelayedOpen, kFacilityLocalUse7);
-    g_stAAAGlobalBaseInfo.debug_flag |= mask;
+    DebugFlag() |= mask;
 }
 
 void DOM_AAAResetDebugFlag(uint32_t mask) noexcept {
-    aaadom::WriteGuard lock(g_stAAAGlobalBaseInfo.lock);
-    g_stAAAGlobalBaseInfo.debug_flag &= ~mask;
-    if (g_stAAAGlobalBaseInfo.debug_flag == 0) closelog();
+    aaadom::WriteGuard lock(base_info_lock);
+    DebugFlag() &= ~mask;
+    if (DebugFlag() == 0) closelog();
 }
 
 uint32_t DOM_AAAGetDebugFlag(void) noexcept {
-    aaadom::ReadGuard lock(g_stAAAGlobalBaseInfo.lock);
-    return g_stAAAGlobalBaseInfo.debug_flag;
+    aaadom::ReadGuard lock(base_info_lock);
+    return ReadDebugFlag();
 }
 
 void AAA_DebugEvent(const char* format, ...) noexcept {

@@ -43,17 +43,18 @@ uint32_t DOM_GetUserRecordBackupMethodDefault(void) noexcept {
     return backup_method_default;
 }
 
-uint32_t DOM_InitRecordBackupInfo(void) noexcept {
+// Initialisation owns the flags alone, and the lock is not usable before it ends.
+AAADOM_NO_TSA uint32_t DOM_InitRecordBackupInfo(void) noexcept {
     RecordBackupInfo& backup = BackupOf(CurrentRole());
-    if (pthread_rwlock_init(&backup.lock, nullptr) != 0) return DOM_ERR_FAILED;
+    if (backup.lock.Init() != 0) return DOM_ERR_FAILED;
     const uint32_t packed = backup_method_default;
     backup.methods = {FlagOfBit(packed, 0), FlagOfBit(packed, 1), FlagOfBit(packed, 2)};
     return DOM_OK;
 }
 
-uint32_t DOM_FiniRecordBackupInfo(void) noexcept {
+AAADOM_NO_TSA uint32_t DOM_FiniRecordBackupInfo(void) noexcept {
     RecordBackupInfo& backup = BackupOf(CurrentRole());
-    const int result = DestroyToInitial(backup.lock);
+    const int result = backup.lock.Destroy();
     backup.methods = BackupMethods{};
     return static_cast<uint32_t>(result);
 }

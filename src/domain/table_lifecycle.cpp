@@ -82,7 +82,8 @@ void DestroyHash(HASH_TABLE*& table) noexcept {
     table = nullptr;
 }
 
-uint32_t InitNasIdBindings(NasIdBindTable& bindings) noexcept {
+// The functions of this file that use no guard own what they build or take down alone.
+AAADOM_NO_TSA uint32_t InitNasIdBindings(NasIdBindTable& bindings) noexcept {
     bindings.hash = nullptr;
     uint32_t result = FailedUnless(bindings.mutex.Init() == 0);
     bindings.hash = HASH_Create(kNasIdBindBuckets, NasIdBindBucket);
@@ -97,15 +98,15 @@ void FiniNasIdBindings(NasIdBindTable& bindings) noexcept {
     (void)bindings.mutex.Destroy();
 }
 
-uint32_t InitSwitches(RecordSwitchInfo& info) noexcept {
-    if (pthread_rwlock_init(&info.lock, nullptr) != 0) return DOM_ERR_FAILED;
+AAADOM_NO_TSA uint32_t InitSwitches(RecordSwitchInfo& info) noexcept {
+    if (info.lock.Init() != 0) return DOM_ERR_FAILED;
     uint16_t on = DOM_GetUserRecordEnableDefault() == kEnabledByDefault ? 1 : 0;
     info.switches = RecordSwitches{on, on, on, on};
     return DOM_OK;
 }
 
-void FiniSwitches(RecordSwitchInfo& info) noexcept {
-    (void)DestroyToInitial(info.lock);
+AAADOM_NO_TSA void FiniSwitches(RecordSwitchInfo& info) noexcept {
+    (void)info.lock.Destroy();
     info.switches = RecordSwitches{};
 }
 

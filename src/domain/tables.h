@@ -58,7 +58,7 @@ struct DomainTable {
 /// Bindings of (profile, VLAN) to NAS-IDs.
 struct NasIdBindTable {
     Mutex mutex;
-    HASH_TABLE* hash = nullptr;  // null before Init and after Fini; guarded by `mutex`
+    HASH_TABLE* hash AAADOM_GUARDED_BY(mutex) = nullptr;  // null before Init and after Fini
 
     constexpr NasIdBindTable() = default;
 };
@@ -71,15 +71,15 @@ struct NasIdBindKey {
 static_assert(sizeof(NasIdBindKey) == 34);
 
 struct RecordSwitchInfo {
-    pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
-    RecordSwitches switches{};
+    RwLock lock;
+    RecordSwitches switches AAADOM_GUARDED_BY(lock){};
 
     constexpr RecordSwitchInfo() = default;
 };
 
 struct RecordBackupInfo {
-    pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
-    BackupMethods methods{};
+    RwLock lock;
+    BackupMethods methods AAADOM_GUARDED_BY(lock){};
 
     constexpr RecordBackupInfo() = default;
 };

@@ -2,8 +2,6 @@
 // thread alone uses its own.
 #pragma once
 
-#include <pthread.h>
-
 #include <optional>
 
 #include "base/lock.h"
@@ -11,12 +9,17 @@
 
 namespace aaadom {
 
-/// Holds the mutex for the working role, nothing for the configuration role.
-class ChangeGuard {
+/// Holds the mutex for the working role, nothing for the configuration role. To the analysis both
+/// are the right to use the role's store.
+class AAADOM_SCOPED_CAPABILITY ChangeGuard {
   public:
-    ChangeGuard(Role role, pthread_mutex_t& mutex) noexcept {
+    ChangeGuard(Role role, const ExportedMutex& mutex) noexcept
+        AAADOM_ACQUIRE(mutex) AAADOM_NO_TSA {
         if (role == Role::kWorking) lock_.emplace(mutex);
     }
+    ~ChangeGuard() AAADOM_RELEASE() AAADOM_NO_TSA {}
+    ChangeGuard(const ChangeGuard&) = delete;
+    ChangeGuard& operator=(const ChangeGuard&) = delete;
 
   private:
     std::optional<ExportedMutexGuard> lock_;

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "policy/ita_old_record.h"
 #include "policy/ita_record.h"
+#include "policy/ita_store.h"
 
 using namespace aaadom;
 
@@ -15,7 +16,7 @@ DBM_HANDLE g_hDomItaDBHandle = DBM_INVALID_HANDLE;
 namespace {
 
 bool CopyPolicy(const char* name, ItaPolicy& copy) noexcept {
-    ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
+    ExportedMutexGuard lock(ita_policies_mutex);
     const ItaPolicy* policy = DOM_ita_policy_GetDomPolicyByName(name);
     if (policy != nullptr) copy = *policy;
     return policy != nullptr;

@@ -18,12 +18,17 @@ void DOM_ita_policy_Fini(void) noexcept {
     FiniItaPolicies(CurrentRole());
 }
 
-HASH_TABLE* DOM_GetItaPolicyGlobalVarByThr(void) noexcept {
+// These three hand out what the caller uses under the mutex, or on the configuration thread.
+AAADOM_NO_TSA HASH_TABLE* DOM_GetItaPolicyGlobalVarByThr(void) noexcept {
     return ItaPolicies(CurrentRole());
 }
 
-HASH_TABLE* DOM_ita_policy_GetHashTable(void) noexcept {
+AAADOM_NO_TSA HASH_TABLE* DOM_ita_policy_GetHashTable(void) noexcept {
     return ItaPolicies(Role::kWorking);
+}
+
+AAADOM_NO_TSA ItaPolicy* DOM_ita_policy_GetDomPolicyByName(const char* name) noexcept {
+    return name == nullptr ? nullptr : FindItaPolicy(CurrentRole(), ItaPolicyName(name));
 }
 
 ItaPolicy* DOM_ita_CreatePolicy(const char* name) noexcept {
@@ -32,10 +37,6 @@ ItaPolicy* DOM_ita_CreatePolicy(const char* name) noexcept {
 
 void DOM_ita_policy_DestroyPolicy(ItaPolicy* policy) noexcept {
     ItaPolicyPtr(policy).reset();
-}
-
-ItaPolicy* DOM_ita_policy_GetDomPolicyByName(const char* name) noexcept {
-    return name == nullptr ? nullptr : FindItaPolicy(CurrentRole(), ItaPolicyName(name));
 }
 
 uint32_t DOM_ita_policy_Create(const char* name) noexcept {

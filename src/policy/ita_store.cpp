@@ -57,7 +57,8 @@ HASH_TABLE*& ItaPolicies(Role role) noexcept {
     return role == Role::kConfig ? g_pstDomainItaPolicyThrTable : g_pstDomainItaPolicyTable;
 }
 
-uint32_t InitItaPolicies(Role role) noexcept {
+// Initialisation owns the role's table alone, and the mutex is not usable before it ends.
+AAADOM_NO_TSA uint32_t InitItaPolicies(Role role) noexcept {
     HASH_TABLE*& table = ItaPolicies(role);
     if (role == Role::kConfig) return table != nullptr ? DOM_OK : CreateTable(table);
     // A second initialisation here fails: the daemon learns from it that it starts a role twice,
@@ -71,7 +72,7 @@ uint32_t InitItaPolicies(Role role) noexcept {
 
 void FiniItaPolicies(Role role) noexcept {
     {
-        const ChangeGuard guard(role, g_stDomainItaPolicyTableMutexLock);
+        const ChangeGuard guard(role, ita_policies_mutex);
         DestroyTable(ItaPolicies(role));
     }
     if (role == Role::kWorking) (void)DestroyToInitial(g_stDomainItaPolicyTableMutexLock);
@@ -83,7 +84,7 @@ ItaPolicy* FindItaPolicy(Role role, const ItaPolicyName& name) noexcept {
 }
 
 uint32_t CreateItaPolicy(Role role, const ItaPolicyName& name) noexcept {
-    const ChangeGuard guard(role, g_stDomainItaPolicyTableMutexLock);
+    const ChangeGuard guard(role, ita_policies_mutex);
     HASH_TABLE* table = ItaPolicies(role);
     if (table == nullptr) return DOM_ERR_FAILED;
     if (FindItaPolicy(role, name) != nullptr) return DOM_OK;
@@ -94,7 +95,7 @@ uint32_t CreateItaPolicy(Role role, const ItaPolicyName& name) noexcept {
 }
 
 uint32_t DeleteItaPolicy(Role role, const ItaPolicyName& name) noexcept {
-    const ChangeGuard guard(role, g_stDomainItaPolicyTableMutexLock);
+    const ChangeGuard guard(role, ita_policies_mutex);
     ItaPolicy* policy = FindItaPolicy(role, name);
     if (policy == nullptr) return DOM_ERR_NOT_FOUND;
     TakeOut(policy).reset();
@@ -104,7 +105,7 @@ uint32_t DeleteItaPolicy(Role role, const ItaPolicyName& name) noexcept {
 void AddItaPolicy(Role role, ItaPolicyPtr policy) noexcept {
     policy->name[sizeof policy->name - 1] = '\0';
     const ItaPolicyName name(policy->name);
-    const ChangeGuard guard(role, g_stDomainItaPolicyTableMutexLock);
+    const ChangeGuard guard(role, ita_policies_mutex);
     HASH_TABLE* table = ItaPolicies(role);
     if (table == nullptr) return;
     if (ItaPolicy* former = FindItaPolicy(role, name)) {

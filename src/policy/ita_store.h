@@ -16,15 +16,19 @@ constexpr uint32_t kItaPolicyBuckets = 128;
 /// Bucket of a policy name: case counts.
 uint32_t ItaPolicyBucket(const void* name) noexcept;
 
+/// The mutex of the working role's policies.
+inline constexpr ExportedMutex ita_policies_mutex(g_stDomainItaPolicyTableMutexLock);
+
 /// The role's table, null before Init and after Fini.
-HASH_TABLE*& ItaPolicies(Role role) noexcept;
+HASH_TABLE*& ItaPolicies(Role role) noexcept AAADOM_REQUIRES(ita_policies_mutex);
 
 /// DOM_OK, or DOM_ERR_FAILED. A role that is not the configuration role fails when it has a table.
 uint32_t InitItaPolicies(Role role) noexcept;
 void FiniItaPolicies(Role role) noexcept;
 
-/// Null also without a table. The caller has the guard that its use of the record needs.
-ItaPolicy* FindItaPolicy(Role role, const ItaPolicyName& name) noexcept;
+/// Null also without a table.
+ItaPolicy* FindItaPolicy(Role role, const ItaPolicyName& name) noexcept
+    AAADOM_REQUIRES(ita_policies_mutex);
 
 /// Adds a policy with the settings of a new one unless there is one of that name, which then stays
 /// as it is and where it is. DOM_OK or DOM_ERR_FAILED.
@@ -41,7 +45,7 @@ uint32_t ChangeItaPolicy(const char* name, uint32_t absent, Change&& change) noe
     if (name == nullptr) return absent;
     const ItaPolicyName key(name);
     const Role role = CurrentRole();
-    const ChangeGuard guard(role, g_stDomainItaPolicyTableMutexLock);
+    const ChangeGuard guard(role, ita_policies_mutex);
     ItaPolicy* policy = FindItaPolicy(role, key);
     return policy == nullptr ? absent : change(*policy);
 }
@@ -53,7 +57,7 @@ uint32_t ReadItaPolicy(const char* name, uint32_t absent, Read&& read) noexcept 
     if (name == nullptr) return absent;
     const ItaPolicyName key(name);
     const Role role = CurrentRole();
-    ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
+    ExportedMutexGuard lock(ita_policies_mutex);
     const ItaPolicy* policy = FindItaPolicy(role, key);
     return policy == nullptr ? absent : read(*policy);
 }

@@ -13,6 +13,7 @@
 #include "base/text.h"
 #include "policy/ita_policy.h"
 #include "policy/ita_policy_message.h"
+#include "policy/ita_store.h"
 
 using namespace aaadom;
 
@@ -21,7 +22,7 @@ namespace {
 /// Encodes the caller's policies in the order in which peers get them; ends at the first that
 /// cannot be encoded.
 void EncodeAll(MessageQueue& messages) noexcept {
-    ExportedMutexGuard lock(g_stDomainItaPolicyTableMutexLock);
+    ExportedMutexGuard lock(ita_policies_mutex);
     const HASH_TABLE* table = DOM_GetItaPolicyGlobalVarByThr();
     if (table == nullptr) return;
     for (uint32_t bucket = 0; bucket < table->bucket_count; ++bucket) {

@@ -22,7 +22,7 @@ RecPolicy*& RecPolicySlot(Role role) noexcept {
 uint32_t InitRecPolicies(Role role) noexcept {
     int failed = 0;
     if (role == Role::kWorking) failed = pthread_mutex_init(&g_stRecPolicyTypeMutexLock, nullptr);
-    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    const ChangeGuard guard(role, rec_policies_mutex);
     RecPolicySlot(role) = nullptr;
     return failed != 0 ? DOM_ERR_FAILED : DOM_OK;
 }
@@ -34,7 +34,7 @@ void FiniRecPolicies(Role role) noexcept {
 
 void SetWorkingRecPolicy(RecPolicyPtr policy) noexcept {
     if (!IsRecPolicyType(policy->policy_type)) return;
-    ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
+    ExportedMutexGuard lock(rec_policies_mutex);
     RecPolicy*& slot = RecPolicySlot(Role::kWorking);
     RecPolicyPtr former(slot);
     slot = policy.release();
@@ -43,7 +43,7 @@ void SetWorkingRecPolicy(RecPolicyPtr policy) noexcept {
 
 void DestroyRecPolicy(Role role, uint32_t type) noexcept {
     if (!IsRecPolicyType(type)) return;
-    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    const ChangeGuard guard(role, rec_policies_mutex);
     RecPolicyPtr former(RecPolicySlot(role));
     RecPolicySlot(role) = nullptr;
 }

@@ -25,8 +25,11 @@ inline bool IsRecPolicyType(uint32_t type) noexcept {
 /// A policy of that type without methods; null when memory is short.
 [[nodiscard]] RecPolicyPtr NewRecPolicy(uint32_t type) noexcept;
 
+/// The mutex of the working role's policy.
+inline constexpr ExportedMutex rec_policies_mutex(g_stRecPolicyTypeMutexLock);
+
 /// The role's policy, null when it has none.
-RecPolicy*& RecPolicySlot(Role role) noexcept;
+RecPolicy*& RecPolicySlot(Role role) noexcept AAADOM_REQUIRES(rec_policies_mutex);
 
 /// Empties the role's slot without freeing what it held. DOM_ERR_FAILED when the mutex cannot be
 /// made; the slot is emptied all the same.
@@ -44,7 +47,7 @@ template <typename Visit>
 uint32_t WithRecPolicy(uint32_t type, uint32_t absent, Visit&& visit) noexcept {
     if (!IsRecPolicyType(type)) return absent;
     const Role role = CurrentRole();
-    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    const ChangeGuard guard(role, rec_policies_mutex);
     RecPolicy* policy = RecPolicySlot(role);
     return policy == nullptr ? absent : visit(*policy);
 }

@@ -40,7 +40,7 @@ uint32_t DOM_Rec_CreatePolicy(uint32_t type) noexcept {
     RecPolicyPtr policy = NewRecPolicy(type);
     if (!policy) return DOM_ERR_NO_MEMORY;
     const Role role = CurrentRole();
-    const ChangeGuard guard(role, g_stRecPolicyTypeMutexLock);
+    const ChangeGuard guard(role, rec_policies_mutex);
     // What was there is not freed: whoever got it from DOM_Rec_GetPolicyByType may still use it.
     RecPolicySlot(role) = policy.release();
     return DOM_OK;
@@ -54,7 +54,8 @@ void DOM_Rec_DestroyThrPolicy(uint32_t type) noexcept {
     DestroyRecPolicy(Role::kConfig, type);
 }
 
-RecPolicy* DOM_Rec_GetPolicyByType(uint32_t type) noexcept {
+// Whoever uses the record holds the mutex, or is the configuration thread.
+AAADOM_NO_TSA RecPolicy* DOM_Rec_GetPolicyByType(uint32_t type) noexcept {
     return IsRecPolicyType(type) ? RecPolicySlot(CurrentRole()) : nullptr;
 }
 
@@ -89,7 +90,7 @@ uint32_t DOM_Rec_policy_UnSetAcctScheme(uint32_t type) noexcept {
 uint32_t DOM_Rec_policy_GetMethodList(uint32_t type, MethodList* list_out) noexcept {
     if (list_out == nullptr || !IsRecPolicyType(type)) return DOM_ERR_FAILED;
     const Role role = CurrentRole();
-    ExportedMutexGuard lock(g_stRecPolicyTypeMutexLock);
+    ExportedMutexGuard lock(rec_policies_mutex);
     const RecPolicy* policy = RecPolicySlot(role);
     if (policy == nullptr || policy->acct_scheme[0].method_kind == METHOD_EMPTY) {
         return DOM_ERR_FAILED;

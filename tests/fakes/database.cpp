@@ -83,6 +83,7 @@ Database* FindDatabase(DBM_HANDLE handle) {
 DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const void* key,
                    uint32_t key_length)
     : told_to_fail_(Hit(Event::kDbm)), lock_(StateMutex()) {
+    Watch(call);
     call_ = {call, "", key_length, -1, 0, "", 0, 0, HeldLocks()};
     if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
     Database* database = FindDatabase(handle);
@@ -179,6 +180,39 @@ void ClearDbmCalls() {
     Inside inside;
     All().calls.clear();
 }
+std::map<std::string, std::string> DatabaseContents() {
+    Inside inside;
+    std::map<std::string, std::string> contents;
+    for (const auto& [name, database] : All().by_name) {
+        for (const auto& [table, records] : database.live) {
+            std::string& text = contents[name + "/" + table];
+            const auto number = [&text](uint64_t value) { text += std::to_string(value) + ' '; };
+            const auto bytes = [&](const std::string& value) {
+                number(value.size());
+                text += value + ' ';
+            };
+            for (const auto& [key, record] : records) {
+                bytes(key);
+                for (const uint32_t value :
+                     {record.kind, record.value_type, record.attributes[0], record.attributes[1],
+                      record.attributes[2], record.attributes[3], record.entry_size})
+                    number(value);
+                for (const auto& [index, element] : record.elements) {
+                    number(index);
+                    bytes(element);
+                }
+                bytes(record.binary);
+                for (const auto& [sort_key, entry] : record.entries) {
+                    number(sort_key.first);
+                    bytes(sort_key.second);
+                    bytes(entry);
+                }
+                text += '\n';
+            }
+        }
+    }
+    return contents;
+}
 void DropDatabases() {
     Inside inside;
     All().by_name.clear();
@@ -207,6 +241,7 @@ extern "C" uint32_t DBM_Open(const char* database, const char* table, uint32_t m
                              const DBM_OPEN_ATTR* attr, DBM_HANDLE* handle) noexcept {
     const bool told_to_fail = fake::Hit(fake::Event::kDbm);
     fake::Inside inside;
+    fake::Watch("DBM_Open");
     fake::DbmCall call{"DBM_Open", "", 0, mode, 0, "", 0, kFailed, fake::HeldLocks()};
     if (attr != nullptr) {
         call.value.assign(reinterpret_cast<const char*>(attr), sizeof *attr);

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -87,8 +88,18 @@ int64_t LiveHashTables();
 int OpenSockets();
 int OpenDatabaseHandles();
 int OpenCursors();
+/// Blocks of the C library's heap that were allocated since blocks are counted and are not freed;
+/// seen only where the fake is linked into the program itself. What throwing `new` gave is left
+/// out.
+int64_t LiveBlocks();
+void CountBlocks(bool on);
 /// Mutexes and reader-writer locks that the code under test holds now, in all threads.
 int HeldLocks();
+/// The mutexes and reader-writer locks that the code under test has taken since Reset; at most 64.
+std::vector<const void*> LockObjects();
+/// Runs at the beginning of every DBM call that has a handle or opens one and of every flush to a
+/// descriptor, with the call's name, in the calling thread; null takes it away.
+void SetWatcher(void (*watcher)(const char* call));
 /// What no caller may do, in words: a stale iterator, a message destroyed twice, an unknown socket
 /// closed, a stale database handle closed ...
 std::vector<std::string> Misuses();
@@ -189,6 +200,9 @@ std::vector<DbmCall> DbmCalls();
 /// The calls of one name.
 std::vector<DbmCall> DbmCalls(const std::string& call);
 void ClearDbmCalls();
+/// What the databases hold, by "database/table": every record with its attributes and values. What
+/// an open scope has written is in it.
+std::map<std::string, std::string> DatabaseContents();
 /// Forgets every database; handles go stale.
 void DropDatabases();
 

@@ -115,6 +115,7 @@ void Close(int32_t fd) {
 uint32_t FlushToDescriptor(int32_t fd, uint32_t wait, const std::string& image) {
     std::unique_lock<std::recursive_mutex> lock(StateMutex());
     if (fd < 0) return 0;
+    Watch("TLV_Flush");
     Net().flush_calls.push_back({fd, wait, image, HeldLocks()});
     const uint32_t result = Net().flush_result.value_or(1);
     Socket* socket = Find(fd);

@@ -1,6 +1,7 @@
 #include "fakes/state.h"
 
 #include <atomic>
+#include <unordered_set>
 
 namespace fake {
 namespace {
@@ -16,8 +17,33 @@ std::atomic<int> any_remaining{0};
 std::atomic<bool> all_dbm_calls{false};
 std::atomic<bool> tripped{false};
 std::atomic<int> held_locks{0};
+std::atomic<void (*)(const char*)> watcher_of_calls{nullptr};
+std::atomic<const void*> lock_objects[64];
 std::atomic<int64_t> live_messages{0};
 std::atomic<int64_t> live_hash_tables{0};
+
+std::atomic<bool> counts_blocks{false};
+struct Blocks {
+    std::mutex mutex;
+    std::unordered_set<const void*> live;
+};
+Blocks& AllBlocks() {
+    static auto* blocks = new Blocks;
+    return *blocks;
+}
+
+/// The counter at work: what it allocates, frees and locks itself is not looked at.
+class CountingBlocks {
+  public:
+    CountingBlocks() : nested_(at_work) { at_work = true; }
+    ~CountingBlocks() { at_work = nested_; }
+    bool Wanted() const { return counts_blocks && !nested_; }
+
+  private:
+    static inline thread_local bool at_work = false;
+    const bool nested_;
+    Quiet quiet_;
+};
 
 std::vector<std::string>& MisuseList() {
     static auto* list = new std::vector<std::string>;
@@ -89,11 +115,54 @@ int64_t LiveMessages() {
 int64_t LiveHashTables() {
     return live_hash_tables;
 }
+void CountBlocks(bool on) {
+    const CountingBlocks counting;
+    const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
+    AllBlocks().live.clear();
+    counts_blocks = on;
+}
+int64_t LiveBlocks() {
+    const CountingBlocks counting;
+    const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
+    return static_cast<int64_t>(AllBlocks().live.size());
+}
+void NoteBlock(const void* block) {
+    const CountingBlocks counting;
+    if (!counting.Wanted() || block == nullptr) return;
+    const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
+    AllBlocks().live.insert(block);
+}
+void NoteFree(const void* block) {
+    const CountingBlocks counting;
+    if (!counting.Wanted() || block == nullptr) return;
+    const std::lock_guard<std::mutex> lock(AllBlocks().mutex);
+    AllBlocks().live.erase(block);
+}
 int HeldLocks() {
     return held_locks;
 }
 void NoteLock(int change) {
     held_locks += change;
+}
+void SetWatcher(void (*watcher)(const char* call)) {
+    watcher_of_calls = watcher;
+}
+void Watch(const char* call) {
+    const Quiet quiet;
+    if (const auto watcher = watcher_of_calls.load()) watcher(call);
+}
+void NoteLockObject(const void* object) {
+    for (auto& known : lock_objects) {
+        const void* there = nullptr;
+        if (known.compare_exchange_strong(there, object) || there == object) return;
+    }
+}
+std::vector<const void*> LockObjects() {
+    std::vector<const void*> objects;
+    for (const auto& known : lock_objects) {
+        if (known != nullptr) objects.push_back(known);
+    }
+    return objects;
 }
 void NoteMessage(int change) {
     live_messages += change;
@@ -119,6 +188,8 @@ std::vector<std::string> Misuses() {
 void Reset() {
     Inside inside;
     DisarmFailures();
+    SetWatcher(nullptr);
+    for (auto& known : lock_objects) known = nullptr;
     tripped = false;
     for (Switch& one : switches) one.count = 0;
     MisuseList().clear();

@@ -15,6 +15,12 @@ bool Hit(Event event);
 bool IsQuiet();
 void NoteMisuse(const std::string& what);
 void NoteLock(int change);
+void NoteLockObject(const void* object);
+/// Runs the watcher.
+void Watch(const char* call);
+/// A block was allocated, or is about to be freed.
+void NoteBlock(const void* block);
+void NoteFree(const void* block);
 void NoteMessage(int change);
 void NoteHashTable(int change);
 

@@ -33,7 +33,7 @@ class DaemonTestWithLog : public DaemonTest {
     }
 
   private:
-    std::string LogPath() const { return daemon_.StateDir() + "/log"; }
+    std::string LogPath() const { return daemon_.StateDir() + ".log"; }
 };
 
 }  // namespace daemon_test

@@ -54,6 +54,12 @@ std::vector<std::string> DaemonProcess::DirectoryArguments() const {
 
 bool DaemonProcess::Start(const std::vector<std::string>& more_arguments,
                           const std::function<void()>& in_child) {
+    Launch(more_arguments, in_child);
+    return WaitUntilItServes();
+}
+
+void DaemonProcess::Launch(const std::vector<std::string>& more_arguments,
+                           const std::function<void()>& in_child) {
     std::vector<std::string> texts = {kProgram, "--verbose"};
     for (const auto& text : DirectoryArguments()) texts.push_back(text);
     for (const auto& text : more_arguments) texts.push_back(text);
@@ -64,6 +70,9 @@ bool DaemonProcess::Start(const std::vector<std::string>& more_arguments,
         execv(kProgram, arguments.data());
         _exit(127);
     }
+}
+
+bool DaemonProcess::WaitUntilItServes() {
     const auto limit = std::chrono::steady_clock::now() + kStartLimit;
     while (std::chrono::steady_clock::now() < limit) {
         uint32_t count = 0;

@@ -39,6 +39,10 @@ class DaemonProcess {
     /// set limits. False when it ended instead.
     bool Start(const std::vector<std::string>& more_arguments = {},
                const std::function<void()>& in_child = {});
+    /// The two steps of Start: the daemon runs from the first on, and serves after the second.
+    void Launch(const std::vector<std::string>& more_arguments = {},
+                const std::function<void()>& in_child = {});
+    bool WaitUntilItServes();
     /// SIGKILL, and waits for the end.
     void Kill();
     /// SIGTERM, and waits; the exit code, -1 when a signal ended it.

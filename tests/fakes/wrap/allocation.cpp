@@ -11,9 +11,11 @@ extern "C" {
 void* __real_malloc(size_t size);
 void* __real_calloc(size_t count, size_t size);
 void* __real_realloc(void* block, size_t size);
+void __real_free(void* block);
 void* __wrap_malloc(size_t size);
 void* __wrap_calloc(size_t count, size_t size);
 void* __wrap_realloc(void* block, size_t size);
+void __wrap_free(void* block);
 char* __wrap_strdup(const char* text);
 char* __wrap_strndup(const char* text, size_t most);
 }
@@ -24,24 +26,38 @@ bool Refused() {
     errno = ENOMEM;
     return true;
 }
+
+void* Noted(void* block) {
+    fake::NoteBlock(block);
+    return block;
+}
 }  // namespace
 
 void* __wrap_malloc(size_t size) {
-    return Refused() ? nullptr : __real_malloc(size);
+    return Refused() ? nullptr : Noted(__real_malloc(size));
 }
 
 void* __wrap_calloc(size_t count, size_t size) {
-    return Refused() ? nullptr : __real_calloc(count, size);
+    return Refused() ? nullptr : Noted(__real_calloc(count, size));
 }
 
 void* __wrap_realloc(void* block, size_t size) {
-    return Refused() ? nullptr : __real_realloc(block, size);
+    if (Refused()) return nullptr;
+    fake::NoteFree(block);
+    void* moved = __real_realloc(block, size);
+    fake::NoteBlock(moved == nullptr && size != 0 ? block : moved);
+    return moved;
+}
+
+void __wrap_free(void* block) {
+    fake::NoteFree(block);
+    __real_free(block);
 }
 
 char* __wrap_strndup(const char* text, size_t most) {
     if (Refused()) return nullptr;
     const size_t length = strnlen(text, most);
-    auto* copy = static_cast<char*>(__real_malloc(length + 1));
+    auto* copy = static_cast<char*>(Noted(__real_malloc(length + 1)));
     if (copy == nullptr) return nullptr;
     std::memcpy(copy, text, length);
     copy[length] = '\0';
@@ -61,26 +77,27 @@ void* operator new[](size_t size) {
     return operator new(size);
 }
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-    return Refused() ? nullptr : __real_malloc(size == 0 ? 1 : size);
+    return Refused() ? nullptr : Noted(__real_malloc(size == 0 ? 1 : size));
 }
 void* operator new[](size_t size, const std::nothrow_t&) noexcept {
-    return Refused() ? nullptr : __real_malloc(size == 0 ? 1 : size);
+    return Refused() ? nullptr : Noted(__real_malloc(size == 0 ? 1 : size));
 }
 void operator delete(void* block) noexcept {
-    std::free(block);
+    fake::NoteFree(block);
+    __real_free(block);
 }
 void operator delete[](void* block) noexcept {
-    std::free(block);
+    operator delete(block);
 }
 void operator delete(void* block, size_t) noexcept {
-    std::free(block);
+    operator delete(block);
 }
 void operator delete[](void* block, size_t) noexcept {
-    std::free(block);
+    operator delete(block);
 }
 void operator delete(void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
+    operator delete(block);
 }
 void operator delete[](void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
+    operator delete(block);
 }

@@ -30,7 +30,10 @@ int Take(T* object, int (*real)(T*)) {
     if (fake::IsQuiet()) return real(object);
     if (fake::Hit(fake::Event::kLock)) return EINVAL;
     const int result = real(object);
-    if (result == 0) fake::NoteLock(1);
+    if (result == 0) {
+        fake::NoteLock(1);
+        fake::NoteLockObject(object);
+    }
     return result;
 }
 

@@ -24,9 +24,10 @@ TEST_F(Lock, MutexIsUsableBeforeItsInitialisation) {
 
 TEST_F(Lock, GuardsHoldForTheirScope) {
     Mutex mutex;
-    pthread_mutex_t exported = PTHREAD_MUTEX_INITIALIZER;
-    pthread_rwlock_t shared = PTHREAD_RWLOCK_INITIALIZER;
-    pthread_rwlock_t exclusive = PTHREAD_RWLOCK_INITIALIZER;
+    pthread_mutex_t object = PTHREAD_MUTEX_INITIALIZER;
+    const ExportedMutex exported(object);
+    RwLock shared;
+    RwLock exclusive;
     {
         MutexGuard a(mutex);
         ExportedMutexGuard b(exported);
@@ -38,16 +39,16 @@ TEST_F(Lock, GuardsHoldForTheirScope) {
 }
 
 TEST_F(Lock, ReadersShareAndAWriterDoesNot) {
-    pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
+    RwLock lock;
     {
         ReadGuard reader(lock);
         fake::Quiet uncounted;
-        EXPECT_EQ(pthread_rwlock_tryrdlock(&lock), 0);
-        pthread_rwlock_unlock(&lock);
-        EXPECT_NE(pthread_rwlock_trywrlock(&lock), 0);
+        EXPECT_EQ(pthread_rwlock_tryrdlock(&lock.Native()), 0);
+        pthread_rwlock_unlock(&lock.Native());
+        EXPECT_NE(pthread_rwlock_trywrlock(&lock.Native()), 0);
     }
     WriteGuard writer(lock);
-    EXPECT_NE(pthread_rwlock_tryrdlock(&lock), 0);
+    EXPECT_NE(pthread_rwlock_tryrdlock(&lock.Native()), 0);
 }
 
 // An unlock after a lock that failed would release a lock that somebody else holds.
@@ -65,22 +66,22 @@ TEST_F(Lock, ExportedGuardThatCouldNotLockReleasesNothing) {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     pthread_mutex_lock(&mutex);
     fake::FailLock(1);
-    { ExportedMutexGuard guard(mutex); }
+    { ExportedMutexGuard guard(ExportedMutex{mutex}); }
     EXPECT_TRUE(fake::Tripped());
     EXPECT_EQ(fake::HeldLocks(), 1);
     pthread_mutex_unlock(&mutex);
 }
 
 TEST_F(Lock, SharedGuardsThatCouldNotLockReleaseNothing) {
-    pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
-    pthread_rwlock_wrlock(&lock);
+    RwLock lock;
+    pthread_rwlock_wrlock(&lock.Native());
     fake::FailLock(1);
     { ReadGuard guard(lock); }
     EXPECT_EQ(fake::HeldLocks(), 1);
     fake::FailLock(1);
     { WriteGuard guard(lock); }
     EXPECT_EQ(fake::HeldLocks(), 1);
-    pthread_rwlock_unlock(&lock);
+    pthread_rwlock_unlock(&lock.Native());
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ TEST_F(RecordBackup, FlagsStartFromTheBitsOfTheDefault) {
 TEST_F(RecordBackup, InitThatCannotMakeTheLockKeepsTheFlags) {
     Set(1, 2, 3);
     DOM_SetUserRecordBackupMethodDefault(4);
-    pthread_rwlock_destroy(&BackupOf(Role::kWorking).lock);
+    pthread_rwlock_destroy(&BackupOf(Role::kWorking).lock.Native());
     fake::FailLockInit(1);
     EXPECT_EQ(DOM_InitRecordBackupInfo(), DOM_ERR_FAILED);
     fake::DisarmFailures();
@@ -149,16 +149,16 @@ TEST_F(RecordBackup, EveryReaderAndWriterTakesOneLock) {
 
 // A reader would hang here if it took the write side.
 TEST_F(RecordBackup, ReadersShareTheLock) {
-    pthread_rwlock_t& lock = BackupOf(Role::kWorking).lock;
+    RwLock& lock = BackupOf(Role::kWorking).lock;
     ReadGuard reading(lock);
     Read();
     DOM_GetAAAUserRecordBackupMethodByType(3);
     DOM_GetAllRecordBackupMethodToUint();
-    EXPECT_EQ(pthread_rwlock_trywrlock(&lock), EBUSY);
+    EXPECT_EQ(pthread_rwlock_trywrlock(&lock.Native()), EBUSY);
 }
 
 TEST_F(RecordBackup, WriterWaitsForReaders) {
-    EXPECT_TRUE(WaitsForReaders(BackupOf(Role::kWorking).lock, [] { Set(1, 1, 1); }));
+    EXPECT_TRUE(WaitsForReaders(BackupOf(Role::kWorking).lock.Native(), [] { Set(1, 1, 1); }));
     EXPECT_EQ(Read(), (Flags{1, 1, 1}));
 }
 

@@ -164,16 +164,16 @@ TEST_F(RecordSwitchTest, EveryReaderAndWriterTakesOneLock) {
 
 // A reader would hang here if it took the write side.
 TEST_F(RecordSwitchTest, ReadersShareTheLock) {
-    pthread_rwlock_t& lock = SwitchesOf(Role::kWorking).lock;
+    RwLock& lock = SwitchesOf(Role::kWorking).lock;
     ReadGuard reading(lock);
     Read();
     DOM_GetOnlineOffLineRecordEnableInfo();
     TLV_Destroy(DOM_GetAllRecordEnableInfo());
-    EXPECT_EQ(pthread_rwlock_trywrlock(&lock), EBUSY);
+    EXPECT_EQ(pthread_rwlock_trywrlock(&lock.Native()), EBUSY);
 }
 
 TEST_F(RecordSwitchTest, WritersWaitForReaders) {
-    pthread_rwlock_t& lock = SwitchesOf(Role::kWorking).lock;
+    pthread_rwlock_t& lock = SwitchesOf(Role::kWorking).lock.Native();
     EXPECT_TRUE(WaitsForReaders(lock, [] { Set(1, 2, 3, 4); }));
     EXPECT_EQ(Read(), (Switches{1, 2, 3, 4}));
     EXPECT_TRUE(WaitsForReaders(lock, [] { (void)DOM_SetRecordEnableInfo(77, 9); }));

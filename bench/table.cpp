@@ -1,30 +1,20 @@
-#include "stage.h"
+#include "table.h"
 
-#include <platform/lipc.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <aaadom/aaadom.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
+
+#include "workspace.h"
 
 namespace bench {
 namespace {
-
-void Demand(bool good, const char* what) {
-    if (good) return;
-    fprintf(stderr, "bench: %s failed\n", what);
-    exit(1);
-}
 
 void Fill(char* field, size_t capacity, const char* text) {
     snprintf(field, capacity, "%s", text);
 }
 
-/// Three methods in every list of every service, and every setting and attribute.
-void SetFull(const char* name) {
+void AddMethodLists(const char* name) {
     const uint32_t kinds[] = {METHOD_SCHEME_2, METHOD_SCHEME_1, METHOD_LAST_5};
     for (uint32_t type : {AAA_TYPE_0, AAA_TYPE_4, AAA_TYPE_5}) {
         for (uint32_t service = 0; service < DOM_SERVICES; ++service) {
@@ -42,6 +32,9 @@ void SetFull(const char* name) {
             Demand(DOM_AddMethodList(name, &list, &extra) == DOM_OK, "DOM_AddMethodList");
         }
     }
+}
+
+void AddAttributes(const char* name) {
     AuthorAttr attributes{};
     DOM_InitAuthorAttr(&attributes);
     Fill(attributes.kind1_text, sizeof attributes.kind1_text, "acl-3000");
@@ -65,77 +58,89 @@ void SetFull(const char* name) {
     for (uint32_t kind = 0; kind < DOM_ATTR_KINDS; ++kind) {
         Demand(DOM_AddAuthorAttr(name, &attributes, kind) == DOM_OK, "DOM_AddAuthorAttr");
     }
+}
+
+void AddSettings(const char* name) {
     EscapeRecoverAction action{};
     Fill(action.domain_name, DOM_NAME_SIZE, "recovered.example");
-    Demand(DOM_SetEscapeRecoverAction(name, 1, &action) == DOM_OK, "escape-recover");
-    Demand(DOM_SetAuthFailDomain(name, "restricted.example", 1) == DOM_OK, "auth-fail domain");
+    Demand(DOM_SetEscapeRecoverAction(name, 1, &action) == DOM_OK, "DOM_SetEscapeRecoverAction");
+    Demand(DOM_SetAuthFailDomain(name, "restricted.example", 1) == DOM_OK, "DOM_SetAuthFailDomain");
     Demand(DOM_SetSessionTime(name, 3600) == DOM_OK, "DOM_SetSessionTime");
-    Demand(DOM_SetAuthRdFailPermitDomain(1, name, "guest.example") == DOM_OK, "permit domain");
+    Demand(DOM_SetAuthRdFailPermitDomain(1, name, "guest.example") == DOM_OK,
+           "DOM_SetAuthRdFailPermitDomain");
+}
+
+void MakeTypical(const char* name) {
+    MethodList list{};
+    list.aaa_type = AAA_TYPE_4;
+    list.service = DOM_DEFAULT_SERVICE;
+    list.methods[0].method_kind = METHOD_SCHEME_2;
+    Fill(list.methods[0].scheme_name, DOM_SCHEME_NAME_SIZE, "radius-main");
+    list.methods[1].method_kind = METHOD_DEFAULT_4;
+    Demand(DOM_AddMethodList(name, &list, nullptr) == DOM_OK, "DOM_AddMethodList");
+    AuthorAttr attributes{};
+    DOM_InitAuthorAttr(&attributes);
+    Fill(attributes.kind8_text, sizeof attributes.kind8_text, "vpn-blue");
+    Demand(DOM_AddAuthorAttr(name, &attributes, 8) == DOM_OK, "DOM_AddAuthorAttr");
+    Demand(DOM_SetSessionTime(name, 3600) == DOM_OK, "DOM_SetSessionTime");
 }
 
 }  // namespace
 
-const char* const kFullDomain = "isp0500.example.net";
+const char* SizeName(Size size) {
+    switch (size) {
+        case Size::kSmall:
+            return "small";
+        case Size::kTypical:
+            return "typical";
+        case Size::kLarge:
+            break;
+    }
+    return "large";
+}
 
 std::string NameOf(int n) {
+    if (n == 0) return DOM_SYSTEM_DOMAIN;
     char name[32];
     snprintf(name, sizeof name, "isp%04d.example.net", n);
     return name;
 }
 
-void FillTable() {
-    static const bool filled = [] {
-        Demand(DOM_DomainInfoTableInit() == DOM_OK, "DOM_DomainInfoTableInit");
-        for (int n = 0; n < kDomains; ++n) {
-            Demand(DOM_AddDomainByName(NameOf(n).c_str()) == DOM_ADD_OK, "DOM_AddDomainByName");
+std::vector<std::string> ShuffledNames(int domains) {
+    std::vector<std::string> names;
+    // 389 is a prime: every domain comes once, whatever their number.
+    for (int n = 0; n < domains; ++n) names.push_back(NameOf((n * 389) % domains));
+    return names;
+}
+
+void FillTable(int domains, Size size) {
+    Demand(DOM_DomainInfoTableInit() == DOM_OK, "DOM_DomainInfoTableInit");
+    for (int n = 0; n < domains; ++n) {
+        const std::string name = NameOf(n);
+        Demand(DOM_AddDomainByName(name.c_str()) == DOM_ADD_OK, "DOM_AddDomainByName");
+        if (size == Size::kSmall) continue;
+        if (size == Size::kTypical) {
+            MakeTypical(name.c_str());
+            continue;
         }
-        SetFull(kFullDomain);
-        return true;
-    }();
-    (void)filled;
-}
-
-Daemon& Daemon::Running() {
-    static Daemon daemon;
-    return daemon;
-}
-
-Daemon::Daemon(const Prepare& prepare, std::vector<std::string> more_arguments) {
-    char directory[] = "/var/tmp/aaadom-bench-XXXXXX";
-    Demand(mkdtemp(directory) != nullptr, "mkdtemp");
-    directory_ = directory;
-    const std::string state = directory_ + "/state";
-    const std::string run = directory_ + "/run";
-    if (prepare) prepare(state, run);
-    std::vector<std::string> arguments = {"aaad", "--state-dir", state, "--run-dir", run};
-    arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
-    Attach();
-    pid_ = fork();
-    if (pid_ == 0) {
-        execv(AAAD_PATH, pointers.data());
-        _exit(127);
+        AddMethodLists(name.c_str());
+        AddAttributes(name.c_str());
+        AddSettings(name.c_str());
     }
-    uint32_t count = 0;
-    for (int tries = 0; MOR_GetDomainCount(&count) != DOM_OK; ++tries) {
-        Demand(tries < 100 && waitpid(pid_, nullptr, WNOHANG) == 0, "aaad");
-        usleep(50000);
+}
+
+std::vector<std::string> EncodedDomains(int domains) {
+    std::vector<std::string> encoded;
+    for (int n = 0; n < domains; ++n) {
+        TLV_MSG* msg = DOM_EncodeDomain(NameOf(n).c_str());
+        std::string bytes(65535, '\0');
+        bytes.resize(TLV_Flush(msg, TLV_FORM_BUFFER, static_cast<uint32_t>(bytes.size()),
+                               reinterpret_cast<uintptr_t>(bytes.data())));
+        TLV_Destroy(msg);
+        Demand(!bytes.empty(), "DOM_EncodeDomain");
+        encoded.push_back(bytes);
     }
-    uint32_t result = 1;
-    Demand(MOR_SetDomainName(kFullDomain, DOM_OP_SET, &result) == DOM_OK, "MOR_SetDomainName");
-}
-
-void Daemon::Attach() const {
-    Demand(LIPC_SetRuntimeDir((directory_ + "/run").c_str()) == 0, "LIPC_SetRuntimeDir");
-}
-
-Daemon::~Daemon() {
-    kill(pid_, SIGTERM);
-    waitpid(pid_, nullptr, 0);
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
+    return encoded;
 }
 
 }  // namespace bench

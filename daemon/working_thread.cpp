@@ -18,9 +18,12 @@ WorkingThread::~WorkingThread() {
 }
 
 void WorkingThread::Run(const std::function<void()>& work) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    work_ = &work;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        work_ = &work;
+    }
     changed_.notify_all();
+    std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [this] { return work_ == nullptr; });
 }
 
@@ -36,7 +39,10 @@ void WorkingThread::Loop() {
         work();
         lock.lock();
         work_ = nullptr;
+        // Whoever is woken finds the lock free.
+        lock.unlock();
         changed_.notify_all();
+        lock.lock();
     }
 }
 

@@ -243,12 +243,15 @@ inline void TakeExpected(FieldWalk& walk, const uint8_t* readable, uint8_t* reco
             at += kNumberTlv;
         } else {
             const auto length = static_cast<uint32_t>(header >> 32);
-            if (static_cast<uint32_t>(header) != 0 || field.kind != AAA_FIELD_TEXT ||
-                length > end - value) {
+            if (static_cast<uint32_t>(header) != 0 || length > end - value) break;
+            if (field.kind == AAA_FIELD_TEXT) {
+                TakeText(reinterpret_cast<char*>(record + field.offset), field.size, value, length,
+                         readable);
+            } else if (field.kind == AAA_FIELD_BLOCK && length == field.size) {
+                std::memcpy(record + field.offset, value, length);
+            } else {
                 break;
             }
-            TakeText(reinterpret_cast<char*>(record + field.offset), field.size, value, length,
-                     readable);
             at = value + length;
         }
     }

@@ -43,7 +43,8 @@ constexpr bool IsSentPlain(FieldKind kind) noexcept {
 }
 constexpr bool IsReadPlain(FieldKind kind) noexcept {
     return kind == FieldKind::kWord || kind == FieldKind::kHalf || kind == FieldKind::kText ||
-           kind == FieldKind::kBlock || kind == FieldKind::kPosition;
+           kind == FieldKind::kBlock || kind == FieldKind::kPosition ||
+           kind == FieldKind::kWordWriteOnly;
 }
 
 /// The field as the platform handles it; of kinds that are not plain only the type has a meaning.
@@ -66,6 +67,12 @@ constexpr AAA_FIELD PlainField(const Field& field) noexcept {
     }
 }
 
+/// The field as the platform reads it: of one that is only written it takes nothing.
+constexpr AAA_FIELD ReadField(const Field& field) noexcept {
+    if (field.kind == FieldKind::kWordWriteOnly) return {field.type, AAA_FIELD_BLOCK, 0, 0};
+    return PlainField(field);
+}
+
 template <size_t N>
 class FieldTable {
   public:
@@ -75,7 +82,7 @@ class FieldTable {
             fields_[i] = fields[i];
             index_[fields[i].type] = static_cast<uint8_t>(i + 1);
             sent_[i] = PlainField(fields[i]);
-            if (IsReadPlain(fields[i].kind)) read_[read_count_++] = sent_[i];
+            if (IsReadPlain(fields[i].kind)) read_[read_count_++] = ReadField(fields[i]);
         }
         for (size_t i = N; i-- != 0;) {
             if (!IsSentPlain(fields[i].kind)) continue;

@@ -186,12 +186,14 @@ typedef struct AAA_FIELD {
 } AAA_FIELD;
 
 enum {
-    AAA_FIELD_WORD = 0,    /* uint32_t, carried as UINT32 */
-    AAA_FIELD_HALF = 1,    /* uint16_t, carried as UINT32, narrowed when read */
-    AAA_FIELD_TEXT = 2,    /* char[size]; sent up to its NUL or, without one, all of it with a
-                              terminator; read as AAA_GetStrTlvValue does */
-    AAA_FIELD_BLOCK = 3,   /* `size` raw bytes; read as TLV_GetValueByIterator does */
-    AAA_FIELD_POSITION = 4 /* no member: the structure's position in its array, as UINT32 */
+    AAA_FIELD_WORD = 0,     /* uint32_t, carried as UINT32 */
+    AAA_FIELD_HALF = 1,     /* uint16_t, carried as UINT32, narrowed when read */
+    AAA_FIELD_TEXT = 2,     /* char[size]; sent up to its NUL or, without one, all of it with a
+                               terminator; read as AAA_GetStrTlvValue does */
+    AAA_FIELD_BLOCK = 3,    /* `size` raw bytes; read as TLV_GetValueByIterator does */
+    AAA_FIELD_POSITION = 4, /* no member: the structure's position in its array, as UINT32 */
+    AAA_FIELD_OTHER = 5     /* no member, for reading only: a TLV that `other` gets. Naming it where
+                               it is expected saves the search for a field of its type */
 };
 
 /**
@@ -241,8 +243,9 @@ uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields,
 uint32_t AAA_BeginSubTlv(TLV_MSG* msg, uint16_t type, uint32_t* mark) PLATFORM_NOEXCEPT;
 uint32_t AAA_EndSubTlv(TLV_MSG* msg, uint32_t mark) PLATFORM_NOEXCEPT;
 
-/** Gets a TLV that no field describes. `msg` and `it` belong together for the reading calls, valid
- *  until the function returns; it must not change or destroy `msg`. 0 or a failure. */
+/** Gets a TLV that no field describes, or one of kind AAA_FIELD_OTHER. `msg` and `it` belong
+ * together for the reading calls, valid until the function returns; it must not change or destroy
+ * `msg`. 0 or a failure. */
 typedef uint32_t (*AAA_OTHER_FN)(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it);
 
 /**
@@ -256,7 +259,8 @@ typedef uint32_t (*AAA_OTHER_FN)(void* context, uint16_t type, TLV_MSG* msg, TLV
  * @param count     number of fields.
  * @param record    borrowed; the structure, which must not lie inside `msg`.
  * @param position  receives the position, unchanged when there is none; may be null.
- * @param other     called for each TLV of another type, in their order; null skips them.
+ * @param other     called for each TLV of another type or of an AAA_FIELD_OTHER, in their order;
+ * null skips them.
  * @param context   given to `other` unchanged.
  * @return 0; 0x40010001 when a needed argument is null, `it` lies outside `msg`, its value is not
  *         exactly one well-formed image, or memory is short: `record` is then undefined and `other`

@@ -299,8 +299,12 @@ inline uint32_t TakeFields(Body body, TLV_MSG* msg, const FieldTable& table, uin
             result |= others.Take(walk, msg, tlv);
             continue;
         }
-        TakeField(*found, tlv, readable, record, position);
         walk.next = found + 1;
+        if (found->kind == AAA_FIELD_OTHER) {
+            result |= others.Take(walk, msg, tlv);
+        } else {
+            TakeField(*found, tlv, readable, record, position);
+        }
     }
 }
 

@@ -29,8 +29,6 @@ uint32_t AppendItems(TLV_MSG* msg, uint16_t type, const MethodEntry* items,
                              sizeof *items, count);
 }
 
-static_assert(kItemFields.ReadCount() == kItemFields.Size());
-
 /// Stores the item nested in one TLV, which starts empty and at position 0. A position outside the
 /// list stores nothing; the rest of the message still counts.
 uint32_t StoreNestedItem(const TlvItem& tlv, MethodEntry* items) noexcept {

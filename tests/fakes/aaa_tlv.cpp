@@ -282,7 +282,7 @@ uint32_t ReadMembers(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, void
         const uint16_t type = TLV_GetTypeByIterator(msg, it);
         const AAA_FIELD* field = std::find_if(
             fields, fields + count, [type](const AAA_FIELD& each) { return each.type == type; });
-        if (field != fields + count) {
+        if (field != fields + count && field->kind != AAA_FIELD_OTHER) {
             result |= ReadMember(msg, it, *field, record, position);
         } else if (other != nullptr) {
             result |= other(context, type, msg, it);

@@ -186,12 +186,14 @@ typedef struct AAA_FIELD {
 } AAA_FIELD;
 
 enum {
-    AAA_FIELD_WORD = 0,    /* uint32_t, carried as UINT32 */
-    AAA_FIELD_HALF = 1,    /* uint16_t, carried as UINT32, narrowed when read */
-    AAA_FIELD_TEXT = 2,    /* char[size]; sent up to its NUL or, without one, all of it with a
-                              terminator; read as AAA_GetStrTlvValue does */
-    AAA_FIELD_BLOCK = 3,   /* `size` raw bytes; read as TLV_GetValueByIterator does */
-    AAA_FIELD_POSITION = 4 /* no member: the structure's position in its array, as UINT32 */
+    AAA_FIELD_WORD = 0,     /* uint32_t, carried as UINT32 */
+    AAA_FIELD_HALF = 1,     /* uint16_t, carried as UINT32, narrowed when read */
+    AAA_FIELD_TEXT = 2,     /* char[size]; sent up to its NUL or, without one, all of it with a
+                               terminator; read as AAA_GetStrTlvValue does */
+    AAA_FIELD_BLOCK = 3,    /* `size` raw bytes; read as TLV_GetValueByIterator does */
+    AAA_FIELD_POSITION = 4, /* no member: the structure's position in its array, as UINT32 */
+    AAA_FIELD_OTHER = 5     /* no member, for reading only: a TLV that `other` gets. Naming it where
+                               it is expected saves the search for a field of its type */
 };
 
 /**
@@ -241,8 +243,9 @@ uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields,
 uint32_t AAA_BeginSubTlv(TLV_MSG* msg, uint16_t type, uint32_t* mark) PLATFORM_NOEXCEPT;
 uint32_t AAA_EndSubTlv(TLV_MSG* msg, uint32_t mark) PLATFORM_NOEXCEPT;
 
-/** Gets a TLV that no field describes. `msg` and `it` belong together for the reading calls, valid
- *  until the function returns; it must not change or destroy `msg`. 0 or a failure. */
+/** Gets a TLV that no field describes, or one of kind AAA_FIELD_OTHER. `msg` and `it` belong
+ * together for the reading calls, valid until the function returns; it must not change or destroy
+ * `msg`. 0 or a failure. */
 typedef uint32_t (*AAA_OTHER_FN)(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it);
 
 /**
@@ -256,7 +259,8 @@ typedef uint32_t (*AAA_OTHER_FN)(void* context, uint16_t type, TLV_MSG* msg, TLV
  * @param count     number of fields.
  * @param record    borrowed; the structure, which must not lie inside `msg`.
  * @param position  receives the position, unchanged when there is none; may be null.
- * @param other     called for each TLV of another type, in their order; null skips them.
+ * @param other     called for each TLV of another type or of an AAA_FIELD_OTHER, in their order;
+ * null skips them.
  * @param context   given to `other` unchanged.
  * @return 0; 0x40010001 when a needed argument is null, `it` lies outside `msg`, its value is not
  *         exactly one well-formed image, or memory is short: `record` is then undefined and `other`
@@ -268,6 +272,43 @@ uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, vo
 uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
                           void* record, uint32_t* position, AAA_OTHER_FN other,
                           void* context) PLATFORM_NOEXCEPT;
+
+/** The array whose structures a message carries as nested messages of one type, each with its
+ *  position. */
+typedef struct AAA_RECORDS {
+    uint16_t type;           /* of the TLVs */
+    uint16_t places;         /* length of the array; 0: there is one structure, and each TLV of the
+                                type replaces it, whatever position it has */
+    uint16_t size;           /* of a structure, in bytes */
+    uint16_t count;          /* number of fields */
+    const AAA_FIELD* fields; /* of a structure */
+    void* first;             /* the first structure */
+} AAA_RECORDS;
+
+/**
+ * Reads every TLV of a message, or of the nested message in a TLV, into a structure and the arrays
+ * that belong to it. The structure is read as AAA_GetFields does. A structure of an array has 0 in
+ * the members whose TLV is missing; one without a position goes to position 0, one whose position
+ * is outside its array is read and not stored; the last of several with a position counts. TLVs of
+ * other types are skipped.
+ * @param msg      borrowed.
+ * @param it       owned by `msg`; its TLV carries the nested message, which is read in place. Null
+ *                 reads `msg` itself.
+ * @param fields   borrowed; may be null when `count` is 0.
+ * @param count    number of fields.
+ * @param record   borrowed; the structure, which must not lie inside `msg`.
+ * @param arrays   borrowed, with the fields that they name; all bytes of their structures are 0
+ *                 when this is called, and none lies inside `msg`. No type is that of a field or of
+ *                 another array.
+ * @param array_count  number of arrays, at most 4.
+ * @return 0; 0x40010001 when a needed argument is null, there are more arrays, `it` lies outside
+ *         `msg`, its value or a TLV of an array's type is not exactly one well-formed image, or
+ *         memory is short: `record` and the arrays are then undefined.
+ * @thread any.
+ */
+uint32_t AAA_GetRecords(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
+                        void* record, const AAA_RECORDS* arrays,
+                        uint32_t array_count) PLATFORM_NOEXCEPT;
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -41,11 +41,6 @@ constexpr bool IsSentPlain(FieldKind kind) noexcept {
     return kind != FieldKind::kRateScaled && kind != FieldKind::kTextSelected &&
            kind != FieldKind::kTextOther;
 }
-constexpr bool IsReadPlain(FieldKind kind) noexcept {
-    return kind == FieldKind::kWord || kind == FieldKind::kHalf || kind == FieldKind::kText ||
-           kind == FieldKind::kBlock || kind == FieldKind::kPosition;
-}
-
 /// The field as the platform handles it; of kinds that are not plain only the type has a meaning.
 constexpr AAA_FIELD PlainField(const Field& field) noexcept {
     // Not constant, so a table of such a record does not compile.
@@ -66,6 +61,23 @@ constexpr AAA_FIELD PlainField(const Field& field) noexcept {
     }
 }
 
+/// The field as the platform reads it: of one that is only written it takes nothing, and one that
+/// is not plain to read it hands out.
+constexpr AAA_FIELD ReadField(const Field& field) noexcept {
+    switch (field.kind) {
+        case FieldKind::kWordWriteOnly:
+            return {field.type, AAA_FIELD_BLOCK, 0, 0};
+        case FieldKind::kWord:
+        case FieldKind::kHalf:
+        case FieldKind::kText:
+        case FieldKind::kBlock:
+        case FieldKind::kPosition:
+            return PlainField(field);
+        default:
+            return {field.type, AAA_FIELD_OTHER, 0, 0};
+    }
+}
+
 template <size_t N>
 class FieldTable {
   public:
@@ -75,7 +87,7 @@ class FieldTable {
             fields_[i] = fields[i];
             index_[fields[i].type] = static_cast<uint8_t>(i + 1);
             sent_[i] = PlainField(fields[i]);
-            if (IsReadPlain(fields[i].kind)) read_[read_count_++] = sent_[i];
+            read_[i] = ReadField(fields[i]);
         }
         for (size_t i = N; i-- != 0;) {
             if (!IsSentPlain(fields[i].kind)) continue;
@@ -93,9 +105,9 @@ class FieldTable {
     /// Every field in the order of the list, and how many from one on are plain to send.
     constexpr const AAA_FIELD* Sent() const noexcept { return sent_.data(); }
     constexpr uint8_t RunFrom(size_t i) const noexcept { return run_[i]; }
-    /// The fields that are plain to read.
+    /// Every field in the order of the list, as it is read.
     constexpr const AAA_FIELD* Read() const noexcept { return read_.data(); }
-    constexpr uint32_t ReadCount() const noexcept { return read_count_; }
+    static constexpr uint8_t ReadCount() noexcept { return N; }
 
   private:
     static_assert(N < 255);
@@ -104,7 +116,6 @@ class FieldTable {
     std::array<AAA_FIELD, N> sent_;
     std::array<uint8_t, N> run_;
     std::array<AAA_FIELD, N> read_;
-    uint32_t read_count_ = 0;
 };
 
 /// Decodes the fields of one record that the platform does not; keeps what decides between the two

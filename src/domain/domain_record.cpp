@@ -48,7 +48,10 @@ DomainInfo* CreateDomainRecord() noexcept {
 void DestroyDomainRecord(DomainInfo* record) noexcept {
     if (record == nullptr) return;
     for (auto& row : record->method_lists) {
-        for (MethodList* list : row) DOM_DestroyMethodList(list);
+        // Most places of the grid are empty, and a call for each would cost more than the lists.
+        for (MethodList* list : row) {
+            if (list != nullptr) DOM_DestroyMethodList(list);
+        }
     }
     free(record);
 }

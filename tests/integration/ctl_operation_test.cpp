@@ -232,7 +232,7 @@ TEST(CtlScripts, CompletionIsBashAndManualIsTroff) {
     const CtlAnswer manual = RunCtl(daemon, "man");
     EXPECT_EQ(manual.status, 0);
     for (const char* part :
-         {".TH AAACTL 8", ".SH OPTIONS", "session\\-limit set", ".SH \"EXIT STATUS\""}) {
+         {".TH AAACTL 1", ".SH OPTIONS", "session\\-limit set", ".SH \"EXIT STATUS\""}) {
         EXPECT_NE(manual.text.find(part), std::string::npos) << part;
     }
 }

@@ -179,6 +179,24 @@ TEST(AaaFields, OtherTypesAreHandedOutInOrderAndTheirResultsCombined) {
     EXPECT_EQ(Get(msg, record), 0u);
 }
 
+TEST(AaaFields, OtherFieldsAreHandedOutLikeOtherTypes) {
+    const AAA_FIELD fields[] = {{1, AAA_FIELD_WORD, offsetof(Record, word), 0},
+                                {64, AAA_FIELD_OTHER, 0, 0},
+                                {2, AAA_FIELD_HALF, offsetof(Record, half), 0}};
+    Message msg = New();
+    AAA_AppendUINTTlvData(msg.get(), 1, 7);
+    for (uint16_t type : {64, 64, 32}) Append(msg, type, std::to_string(type));
+    AAA_AppendUINTTlvData(msg.get(), 2, 8);
+    Append(msg, 64, "last");
+    Record record = Sample("");
+    std::string seen;
+    EXPECT_EQ(AAA_GetFields(msg.get(), fields, 3, &record, NoteType, &seen), 96u);
+    EXPECT_EQ(seen, "64=64 64=64 32=32 64=last ");
+    EXPECT_EQ(record.word, 7u);
+    EXPECT_EQ(record.half, 8u);
+    EXPECT_EQ(AAA_GetFields(msg.get(), fields, 3, &record, nullptr, nullptr), 0u);
+}
+
 TEST(AaaFields, NestedMessageIsReadInPlace) {
     const Record records[2] = {Sample("first"), Sample("second")};
     Message msg = New();

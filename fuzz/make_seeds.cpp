@@ -126,7 +126,7 @@ bool WriteSeeds(const std::filesystem::path& seeds, const std::string& name,
 /// The commands of a transcript, a few of each kind, to a daemon.
 bool WriteCommands(const std::filesystem::path& seeds, const std::filesystem::path& transcript,
                    std::map<std::string, int>& kinds) {
-    constexpr int kOfEachKind = 3;
+    constexpr int kOfEachKind = 1;
     std::ifstream file(transcript);
     for (std::string line; std::getline(file, line);) {
         if (!line.starts_with("$ ")) continue;

@@ -1,4 +1,5 @@
 #include <aaadom/domain.h>
+#include <gtest/gtest.h>
 
 #include "fault/sweep.h"
 
@@ -45,6 +46,20 @@ Row Changes(std::string name, Call call) {
 Row Encodes(std::string name, std::function<TLV_MSG*(Scene&)> encode) {
     Row row = Reads(std::move(name), [encode](Scene& scene) { return Made(encode(scene)); });
     return std::move(row).Good(kSomething).Fails({kNothing});
+}
+
+Row Appends(std::string name, std::function<uint32_t(TLV_MSG*)> append) {
+    Row row = Failing(std::move(name), [append](Scene& scene) -> Outcome {
+        const std::string before = fake::ImageOf(scene.message);
+        const uint32_t result = append(scene.message);
+        const std::string after = fake::ImageOf(scene.message);
+        if (result != DOM_OK) {
+            EXPECT_EQ(after, before) << "changed by a failure";
+        }
+        return {result, after};
+    });
+    row.reads = true;
+    return std::move(row).After([](Scene& scene) { scene.message = scene.Keep(TLV_Create()); });
 }
 
 Row Decodes(std::string name, std::string file, std::function<Outcome(Scene&, TLV_MSG*)> decode) {

@@ -164,6 +164,8 @@ Row Reads(std::string name, Call call);
 Row Changes(std::string name, Call call);
 /// Returns a message, null after a refusal; nothing else changes.
 Row Encodes(std::string name, std::function<TLV_MSG*(Scene&)> encode);
+/// Appends to an empty message, which a refusal leaves as it is: 0, DOM_ERR_FAILED after a refusal.
+Row Appends(std::string name, std::function<uint32_t(TLV_MSG*)> append);
 /// Reads the golden message `file` (tests/golden/<file>.hex): 0, DOM_ERR_FAILED after a refusal.
 Row Decodes(std::string name, std::string file, std::function<Outcome(Scene&, TLV_MSG*)> decode);
 /// Sends a request that is answered with result 0, and changes nothing here: 0, DOM_ERR_FAILED

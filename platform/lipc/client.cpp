@@ -23,11 +23,10 @@ int32_t Refuse(int error) noexcept {
 
 /// connect(2) on a server whose queue is full waits as long as a send may.
 void BoundConnect(int fd) noexcept {
-    const uint32_t wait = platform_BoundWait(kLongestConnect);
+    const uint32_t wait = platform_BoundWait(kLongestConnect);  // never 0, which means for ever
     timeval limit{};
     limit.tv_sec = wait / 1000;
     limit.tv_usec = static_cast<suseconds_t>(wait % 1000) * 1000;
-    if (wait == 0) limit.tv_usec = 1;  // zero would mean for ever
     (void)setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
 }
 

@@ -101,6 +101,11 @@ std::string Reports(const std::string& message) {
     return all_on + std::string("\1\0", 2) + message;
 }
 
+/// What the command line reads from a reply; the others are answers of no sense to it.
+bool IsAnswer(const std::string& name) {
+    return name.starts_with("msg_000") || name.starts_with("reply_");
+}
+
 bool WriteMessage(const std::filesystem::path& seeds, const std::string& name,
                   const std::string& image) {
     const std::string sketch = WithLength(Sketch(image), false);
@@ -110,8 +115,8 @@ bool WriteMessage(const std::filesystem::path& seeds, const std::string& name,
            Write(seeds, "restore", name, Requests(sketch)) &&
            Write(seeds, "endpoint", name, Requests(sketch)) &&
            Write(seeds, "endpoint", name + "_record", Reports(sketch)) &&
-           Write(seeds, "ctl", name + "_answer",
-                 Command("domain show corp", fuzz::kAnswerData, sketch));
+           (!IsAnswer(name) ||
+            Write(seeds, "ctl", name, Command("domain show corp", fuzz::kAnswerData, sketch)));
 }
 
 bool WriteSeeds(const std::filesystem::path& seeds, const std::string& name,
@@ -153,6 +158,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::filesystem::path seeds = argv[3];
+    std::filesystem::remove_all(seeds);  // those of files that are no longer there
     int made = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
         if (entry.path().extension() != ".hex") continue;

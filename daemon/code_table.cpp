@@ -7,6 +7,7 @@
 
 #include "accounting_policy_changes.h"
 #include "command_failures.h"
+#include "domain_row.h"
 #include "nas_id_changes.h"
 #include "nas_id_readers.h"
 #include "policy_readers.h"
@@ -32,6 +33,7 @@ constexpr CodeRow Saved(uint32_t code, ChangeOperations changes,
             nullptr,
             nullptr,
             nullptr,
+            nullptr,
             ReadOperations::kNone,
             Role::kConfiguration,
             nullptr};
@@ -43,6 +45,7 @@ constexpr CodeRow ReadAlone(uint32_t code) {
             kNoChange,
             false,
             false,
+            nullptr,
             nullptr,
             nullptr,
             nullptr,
@@ -93,6 +96,11 @@ constexpr CodeRow Prepared(CodeRow row, void (*prepare)(Request&)) {
     return row;
 }
 
+constexpr CodeRow AppliedBy(CodeRow row, uint32_t (*apply)(const Request&, bool)) {
+    row.apply = apply;
+    return row;
+}
+
 /// One change of accounting policies.
 constexpr CodeRow OfPolicy(uint32_t code, ChangeOperations changes = kSetAndDelete) {
     return InWorkingRole(code, CheckAccountingPolicy, ApplyAccountingPolicy, changes);
@@ -125,7 +133,7 @@ constexpr CodeRow kRows[] = {
              ReadNextDomainRow),
     WithRead(ReadAlone(DOM_MSG_SCHEME_INDEX), ReadOperations::kAnyButChange, Role::kWorking,
              ReadSchemeRow),
-    Saved(DOM_MSG_DOMAIN_ROW, kSet, CheckDomainRow),
+    AppliedBy(Saved(DOM_MSG_DOMAIN_ROW, kSet, CheckDomainRow), ApplyDomainRow),
     Saved(DOM_MSG_SCHEME_ROW, kSetAndDelete, CheckNameLength),
     WithRead(InWorkingRole(DOM_MSG_NASID_PROFILE, CheckNasIdProfile, ApplyNasIdProfile),
              ReadOperations::kAnyButChange, Role::kWorking, ReadNasIdProfile),

@@ -48,6 +48,9 @@ struct CodeRow {
     void (*apply_to_records)(RecordStore& records, Request& request);
     /// Procedure kWorkingAlone: applies and saves the change on the working thread.
     void (*apply_in_working)(Request& request);
+    /// Applies the change in the calling role and saves it if told to, in place of the library's
+    /// applier, which null means.
+    uint32_t (*apply)(const Request& request, bool save);
     /// Between the check and the change, on the configuration thread; may be null.
     void (*prepare)(Request& request);
 

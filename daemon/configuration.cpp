@@ -7,11 +7,35 @@
 #include <sys/statvfs.h>
 
 #include <algorithm>
+#include <new>
 
 #include "code_table.h"
+#include "endpoint.h"
 #include "failure.h"
 
 namespace aaad {
+namespace {
+
+/// For want of memory.
+void Refuse(Request& request) {
+    request.kind = Request::Kind::kAnswered;
+    request.result = DOM_ERR_FAILED;
+    request.data.reset();
+}
+
+/// Whether `work` could be done; else the request is refused.
+template <typename Callable>
+bool WithMemory(Request& request, Callable&& work) {
+    try {
+        work();
+        return true;
+    } catch (const std::bad_alloc&) {
+        Refuse(request);
+        return false;
+    }
+}
+
+}  // namespace
 
 Configuration::Configuration(DBM_HANDLE handle, std::string state_dir,
                              Administrators& administrators, WorkingThread& working,
@@ -20,29 +44,47 @@ Configuration::Configuration(DBM_HANDLE handle, std::string state_dir,
       state_dir_(std::move(state_dir)),
       administrators_(administrators),
       working_(working),
-      records_(records) {}
+      records_(records) {
+    if (!MakeRoomFor(kBatchSize)) throw std::bad_alloc();
+}
 
 Configuration::~Configuration() {
     Unload();
 }
 
 void Configuration::Serve(std::vector<Request>& requests) {
-    std::vector<Request*> changes;
-    std::vector<Request*> reads;
+    changes_.clear();
+    reads_.clear();
+    const bool has_room = MakeRoomFor(requests.size());
     for (Request& request : requests) {
-        Classify(request);
-        if (request.kind == Request::Kind::kChange) changes.push_back(&request);
-        if (request.kind == Request::Kind::kRead) reads.push_back(&request);
+        if (!has_room) {
+            Refuse(request);
+            continue;
+        }
+        WithMemory(request, [&] { Classify(request); });
+        if (request.kind == Request::Kind::kChange) changes_.push_back(&request);
+        if (request.kind == Request::Kind::kRead) reads_.push_back(&request);
     }
-    if (!changes.empty()) {
-        Change(changes);
+    if (!changes_.empty()) {
+        Change(changes_);
         records_.TakeSwitches();
     }
     for (Request& request : requests) {
         if (request.kind != Request::Kind::kRecordChange) continue;
-        request.row->apply_to_records(records_, request);
+        WithMemory(request, [&] { request.row->apply_to_records(records_, request); });
     }
-    if (!reads.empty()) Read(reads);
+    if (!reads_.empty()) Read(reads_);
+}
+
+bool Configuration::MakeRoomFor(size_t requests) {
+    try {
+        for (std::vector<Request*>* list : {&changes_, &reads_, &to_hand_over_}) {
+            list->reserve(requests);
+        }
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 /// Finds out what a request wants and whether its peer may have it.
@@ -79,7 +121,7 @@ void Configuration::Classify(Request& request) {
     }
 }
 
-void Configuration::Change(const std::vector<Request*>& changes) {
+void Configuration::Change(Requests changes) {
     switch (TryChange(changes)) {
         case Outcome::kCommitted:
             return;
@@ -94,12 +136,12 @@ void Configuration::Change(const std::vector<Request*>& changes) {
         return;
     }
     // One change of the batch must not cost the others their place.
-    for (Request* request : changes) Change({request});
+    for (Request* const& request : changes) Change({&request, 1});
 }
 
 /// All changes in one transaction. Afterwards memory holds what the database holds, whatever the
 /// outcome.
-Configuration::Outcome Configuration::TryChange(const std::vector<Request*>& changes) {
+Configuration::Outcome Configuration::TryChange(Requests changes) {
     if (DBM_Begin(handle_) != 0) {
         for (Request* request : changes) request->result = AAAD_ERR_NOT_SAVED;
         return Outcome::kNotSaved;
@@ -130,17 +172,21 @@ void Configuration::Apply(Request& request) {
     const CodeRow& row = *request.row;
     request.handed_over = false;
     if (row.check_reads_working_role && request.operation != DOM_OP_SET) HandOver();
-    if (row.check != nullptr) {
-        request.result = row.check(request.body.get(), request.operation);
-        if (request.result != DOM_OK) return;
-    }
-    if (row.prepare != nullptr) row.prepare(request);
+    request.result = DOM_OK;
+    const bool prepared = WithMemory(request, [&] {
+        if (row.check != nullptr) {
+            request.result = row.check(request.body.get(), request.operation);
+        }
+        if (request.result == DOM_OK && row.prepare != nullptr) row.prepare(request);
+    });
+    if (!prepared || request.result != DOM_OK) return;
     if (row.procedure == Procedure::kWorkingAlone) {
         to_hand_over_.push_back(&request);
         return;
     }
-    request.result =
-        DOM_RestoreData(request.message.get(), row.save ? 1 : 0, 0, 0, nullptr, nullptr);
+    request.result = row.apply != nullptr ? row.apply(request, row.save)
+                                          : DOM_RestoreData(request.message.get(), row.save ? 1 : 0,
+                                                            0, 0, nullptr, nullptr);
     if (row.procedure != Procedure::kBothRoles) return;
     // A generic failure goes on to the working role: it fails there, too, unless it was the saving
     // that failed, and then the difference between the roles shows it. An operation's own code is
@@ -177,16 +223,22 @@ void Configuration::ApplyInWorking(Request& request, bool may_save) {
             return;
         }
         request.handed_over = true;
-        request.row->apply_in_working(request);
+        // Left in the middle, it counts as applied and not saved, so that it is taken back.
+        request.working_result = DOM_OK;
+        (void)WithMemory(request, [&] { request.row->apply_in_working(request); });
         return;
     }
     request.handed_over = true;
+    if (request.row->apply != nullptr) {
+        request.working_result = request.row->apply(request, false);
+        return;
+    }
     const Message headed(
         AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE, request.message.get()));
     request.working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
 }
 
-void Configuration::Read(const std::vector<Request*>& reads) {
+void Configuration::Read(Requests reads) {
     bool any_for_working = false;
     const auto answer = [&](Role role) {
         for (Request* request : reads) {
@@ -194,8 +246,10 @@ void Configuration::Read(const std::vector<Request*>& reads) {
                 any_for_working = true;
                 continue;
             }
-            request->data = request->row->read(
-                {request->body.get(), request->operation, handle_, records_}, request->result);
+            WithMemory(*request, [&] {
+                request->data = request->row->read(
+                    {request->body.get(), request->operation, handle_, records_}, request->result);
+            });
         }
     };
     answer(Role::kConfiguration);
@@ -211,7 +265,7 @@ void Configuration::TakeMail(Message message) {
 }
 
 /// The database has refused the changes and memory has been loaded again.
-void Configuration::RefuseUnsaved(const std::vector<Request*>& changes) {
+void Configuration::RefuseUnsaved(Requests changes) {
     uint32_t refused = 0;
     for (Request* request : changes) {
         // What either role took is gone again. Any other refusal says more than this one.

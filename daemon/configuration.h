@@ -6,6 +6,7 @@
 #include <platform/dbm.h>
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,9 @@ class Configuration {
 
     /// Decides every request: its result or its data. Changes come first, in order, in one
     /// transaction; then those of user records, one by one; then the reads, which see them all.
-    /// Throws Failure when memory no longer holds what the database holds.
+    /// Where memory does not suffice a request is refused with DOM_ERR_FAILED, or with
+    /// AAAD_ERR_NOT_SAVED when something of it had to be taken back. Throws Failure when memory no
+    /// longer holds what the database holds.
     void Serve(std::vector<Request>& requests);
 
     /// A record that another thread of this process sent to this role's tables.
@@ -49,13 +52,16 @@ class Configuration {
         kRolesDiffer  // one role took a change that the other one refused
     };
 
+    using Requests = std::span<Request* const>;
+
+    bool MakeRoomFor(size_t requests);
     void Classify(Request& request);
-    void Change(const std::vector<Request*>& changes);
-    Outcome TryChange(const std::vector<Request*>& changes);
+    void Change(Requests changes);
+    Outcome TryChange(Requests changes);
     void Apply(Request& request);
     void HandOver();
     static void ApplyInWorking(Request& request, bool may_save);
-    void Read(const std::vector<Request*>& reads);
+    void Read(Requests reads);
 
     void Load();
     bool LoadRole(Role role, LoadReport& report);
@@ -63,7 +69,7 @@ class Configuration {
     void TidyDatabase(const LoadReport& report);
     void KeepUndecodable(uint32_t index);
     uint32_t ChangeOfOwn(TLV_MSG* body);
-    void RefuseUnsaved(const std::vector<Request*>& changes);
+    void RefuseUnsaved(Requests changes);
 
     const DBM_HANDLE handle_;
     const std::string state_dir_;
@@ -72,6 +78,10 @@ class Configuration {
     RecordStore& records_;
     bool loaded_ = false;
     LoadReport report_;
+    // They have room for all requests of a batch, so that nothing allocates between a change's
+    // beginning and its end.
+    std::vector<Request*> changes_;
+    std::vector<Request*> reads_;
     std::vector<Request*> to_hand_over_;
     LogLimit denied_limit_;
 };

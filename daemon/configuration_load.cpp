@@ -10,6 +10,8 @@
 #include <platform/aaa_tlv.h>
 #include <unistd.h>
 
+#include <new>
+
 #include "code_table.h"
 #include "configuration.h"
 #include "failure.h"
@@ -55,9 +57,14 @@ void Configuration::Start() {
 bool Configuration::LoadRole(Role role, LoadReport& report) {
     if (!LoadRoleTables(handle_, report)) return false;
     const bool tells = role == Role::kConfiguration;  // both find the same
-    bool loaded = LoadProfiles(handle_, tells) && LoadRecordingPolicy(handle_, role);
-    if (loaded && role == Role::kWorking) {
-        loaded = LoadNasIdProfiles(handle_) && LoadAccountingPolicies(handle_);
+    bool loaded = false;
+    try {
+        loaded = LoadProfiles(handle_, tells) && LoadRecordingPolicy(handle_, role);
+        if (loaded && role == Role::kWorking) {
+            loaded = LoadNasIdProfiles(handle_) && LoadAccountingPolicies(handle_);
+        }
+    } catch (const std::bad_alloc&) {
+        loaded = false;
     }
     if (!loaded) (void)DOM_DomainInfoTableFini();
     return loaded;
@@ -138,7 +145,8 @@ uint32_t Configuration::ChangeOfOwn(TLV_MSG* body) {
     request.code = AAA_GetUINTTlvValue(body, TLV_GetIteratorByType(body, DOM_TLV_MSG_CODE));
     request.row = FindCode(request.code);
     request.kind = Request::Kind::kChange;
-    Change({&request});
+    Request* const change = &request;
+    Change({&change, 1});
     return request.result;
 }
 

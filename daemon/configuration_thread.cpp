@@ -177,6 +177,12 @@ int RunConfigurationThread(const Surroundings& surroundings) {
         Loop loop(surroundings);
         loop.Run();
         return 0;
+    } catch (const std::bad_alloc&) {
+        const Failure failure("configuration thread", "out of memory",
+                              "Free memory and start the daemon again");
+        Log(Severity::kError, "%s", failure.what());
+        if (!surroundings.options.verbose) fprintf(stderr, "aaad: %s\n", failure.what());
+        return 1;
     } catch (const std::exception& error) {
         Log(Severity::kError, "%s", error.what());
         if (!surroundings.options.verbose) fprintf(stderr, "aaad: %s\n", error.what());

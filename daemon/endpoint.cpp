@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "failure.h"
 
@@ -117,17 +118,28 @@ void Endpoint::Accept(std::vector<Request>& batch) {
                 break;
             case Arrival::kGone:
                 break;
-            case Arrival::kNothingYet: {
-                epoll_event event{};
-                event.events = EPOLLIN;
-                event.data.fd = fd;
-                if (epoll_ctl(epoll_fd_, EPOLL_CTL_ADD, fd, &event) != 0) break;
-                waiting_.push_back(
-                    {std::move(connection), peer, NowMilliseconds() + kRequestLimitMilliseconds});
-                by_fd_[fd] = std::prev(waiting_.end());
+            case Arrival::kNothingYet:
+                Await(std::move(connection), peer);
                 break;
-            }
         }
+    }
+}
+
+/// Without memory for it the connection is closed.
+void Endpoint::Await(Connection connection, const LIPC_PEER& peer) {
+    const int fd = connection.Descriptor();
+    epoll_event event{};
+    event.events = EPOLLIN;
+    event.data.fd = fd;
+    if (epoll_ctl(epoll_fd_, EPOLL_CTL_ADD, fd, &event) != 0) return;
+    const size_t before = waiting_.size();
+    try {
+        waiting_.push_back(
+            {std::move(connection), peer, NowMilliseconds() + kRequestLimitMilliseconds});
+        by_fd_[fd] = std::prev(waiting_.end());
+    } catch (const std::bad_alloc&) {
+        // One that only one of the two knows would report without ever being read.
+        if (waiting_.size() > before) waiting_.pop_back();
     }
 }
 

@@ -31,7 +31,8 @@ class Endpoint {
     Endpoint& operator=(const Endpoint&) = delete;
 
     bool IsServer(int fd) const { return fd == server_fd_; }
-    /// Takes waiting connections; those that have sent their request already go to `batch`.
+    /// Takes waiting connections; those that have sent their request already go to `batch`, which
+    /// has room for kBatchSize.
     void Accept(std::vector<Request>& batch);
     /// A connection has something to read: moves its request to `batch` or drops it.
     void Readable(int fd, std::vector<Request>& batch);
@@ -52,6 +53,7 @@ class Endpoint {
 
     enum class Arrival { kRequest, kNothingYet, kGone };
     Arrival Receive(int fd, Message& message);
+    void Await(Connection connection, const LIPC_PEER& peer);
     bool MakeRoom(int error);
 
     const int epoll_fd_;

@@ -5,11 +5,11 @@
 #include <platform/aaa_tlv.h>
 
 #include <cstdlib>
+#include <new>
 
 #include "command_failures.h"
 
 namespace aaad {
-namespace {
 
 struct ReportedRecord {
     ReportedRecord() = default;
@@ -20,6 +20,8 @@ struct ReportedRecord {
     uint32_t list = 0;
     UserRecord record{};
 };
+
+namespace {
 
 /// Null: the report has no TLV 0. More than one is as good as none.
 bool ReadCode(TLV_MSG* message, bool& has_code, uint32_t& code) {
@@ -64,29 +66,22 @@ uint32_t ReadRecord(TLV_MSG* message, ReportedRecord& reported) {
 }  // namespace
 
 void RecordReports::Serve(std::vector<Request>& reports) {
-    std::vector<std::unique_ptr<ReportedRecord>> reported;
+    ReportedRecords reported;
     for (Request& report : reports) {
-        report.result = AAAD_ERR_MALFORMED;
-        bool has_code;
-        TLV_MSG* message = report.message.get();
-        if (message == nullptr || !ReadCode(message, has_code, report.code)) continue;
-        if (!MayReport(report.peer)) {
-            report.result = AAAD_ERR_DENIED;
-            continue;
+        try {
+            Read(report, reported);
+        } catch (const std::bad_alloc&) {
+            report.result = DOM_ERR_FAILED;
         }
-        if (has_code) {
-            if (report.code == DOM_MSG_CMD_AUTHOR_FAIL) report.result = TakeCommandFailure(message);
-            continue;
-        }
-        auto record = std::make_unique<ReportedRecord>();
-        report.result = ReadRecord(message, *record);
-        if (report.result != DOM_OK) continue;
-        record->report = &report;
-        reported.push_back(std::move(record));
     }
     if (reported.empty()) return;
     std::vector<ArrivedRecord> arrived;
-    arrived.reserve(reported.size());
+    try {
+        arrived.reserve(reported.size());
+    } catch (const std::bad_alloc&) {
+        for (const auto& one : reported) one->report->result = DOM_ERR_FAILED;
+        return;
+    }
     for (const auto& one : reported) {
         arrived.push_back({one->list, &one->record, false, AAAD_ERR_NOT_SAVED});
     }
@@ -95,6 +90,27 @@ void RecordReports::Serve(std::vector<Request>& reports) {
         reported[i]->report->result = arrived[i].result;
         if (arrived[i].kept) reported[i]->report->serial = arrived[i].record->serial;
     }
+}
+
+/// Answers a report, or adds its record to those that are to be stored.
+void RecordReports::Read(Request& report, ReportedRecords& reported) {
+    report.result = AAAD_ERR_MALFORMED;
+    bool has_code;
+    TLV_MSG* message = report.message.get();
+    if (message == nullptr || !ReadCode(message, has_code, report.code)) return;
+    if (!MayReport(report.peer)) {
+        report.result = AAAD_ERR_DENIED;
+        return;
+    }
+    if (has_code) {
+        if (report.code == DOM_MSG_CMD_AUTHOR_FAIL) report.result = TakeCommandFailure(message);
+        return;
+    }
+    auto record = std::make_unique<ReportedRecord>();
+    report.result = ReadRecord(message, *record);
+    if (report.result != DOM_OK) return;
+    record->report = &report;
+    reported.push_back(std::move(record));
 }
 
 bool RecordReports::MayReport(const LIPC_PEER& peer) {

@@ -1,6 +1,7 @@
 // What access modules report: user records and command lines whose authorization failed.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "administrators.h"
@@ -10,6 +11,8 @@
 
 namespace aaad {
 
+struct ReportedRecord;
+
 /// Lives on the record thread, which is its only user.
 class RecordReports {
   public:
@@ -17,10 +20,14 @@ class RecordReports {
     RecordReports(RecordStore& records, Administrators& administrators)
         : records_(records), administrators_(administrators) {}
 
-    /// Decides every report; the records among them in order, in one transaction.
+    /// Decides every report; the records among them in order, in one transaction. Those that memory
+    /// does not suffice for are refused with DOM_ERR_FAILED.
     void Serve(std::vector<Request>& reports);
 
   private:
+    using ReportedRecords = std::vector<std::unique_ptr<ReportedRecord>>;
+
+    void Read(Request& report, ReportedRecords& reported);
     bool MayReport(const LIPC_PEER& peer);
 
     RecordStore& records_;

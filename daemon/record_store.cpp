@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <new>
 
 #include "failure.h"
 #include "record_list_keys.h"
@@ -302,7 +303,11 @@ bool RecordStore::MakeRoom() {
             uint64_t serial = 0;
             if (!SerialAt(handle_, number, DBM_CursorFirst, serial)) return false;
             if (Remove(number, serial) != DOM_OK) return false;
-            gone_.emplace_back(number, serial);
+            try {
+                gone_.emplace_back(number, serial);
+            } catch (const std::bad_alloc&) {
+                return false;  // an exception would leave the transaction open
+            }
         }
     }
     return true;

@@ -73,11 +73,11 @@ void ConfigurationMail::Post(Message message) {
     (void)!write(event_fd_, &one, sizeof one);  // a full counter is readable, too
 }
 
-std::deque<Message> ConfigurationMail::TakeAll() {
+std::vector<Message> ConfigurationMail::TakeAll() {
     uint64_t count = 0;
     (void)!read(event_fd_, &count, sizeof count);
     const MutexLock lock(mutex_);
-    std::deque<Message> taken;
+    std::vector<Message> taken;
     taken.swap(messages_);
     return taken;
 }

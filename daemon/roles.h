@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <vector>
 
 #include "lock.h"
 #include "message.h"
@@ -29,12 +29,13 @@ class ConfigurationMail {
     /// Becomes readable when there is mail.
     int Descriptor() const { return event_fd_; }
     void Post(Message message);
-    std::deque<Message> TakeAll();
+    /// Allocates nothing.
+    std::vector<Message> TakeAll();
 
   private:
     const int event_fd_;
     Mutex mutex_;
-    std::deque<Message> messages_ AAAD_GUARDED_BY(mutex_);
+    std::vector<Message> messages_ AAAD_GUARDED_BY(mutex_);
 };
 
 /// Hands the library its callbacks while the object lives; there is one.

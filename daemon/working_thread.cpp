@@ -17,7 +17,7 @@ WorkingThread::~WorkingThread() {
     thread_.join();
 }
 
-void WorkingThread::Run(const std::function<void()>& work) {
+void WorkingThread::RunBorrowed(const Work& work) {
     {
         const MutexLock lock(mutex_);
         work_ = &work;
@@ -34,7 +34,7 @@ void WorkingThread::Loop() {
     for (;;) {
         while (work_ == nullptr && !stopping_) lock.Wait(changed_);
         if (work_ == nullptr) return;
-        const std::function<void()>& work = *work_;
+        const Work& work = *work_;
         lock.Unlock();
         work();
         lock.Lock();

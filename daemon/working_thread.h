@@ -3,8 +3,8 @@
 #pragma once
 
 #include <condition_variable>
-#include <functional>
 #include <thread>
+#include <type_traits>
 
 #include "lock.h"
 
@@ -19,15 +19,35 @@ class WorkingThread {
     WorkingThread& operator=(const WorkingThread&) = delete;
 
     /// Runs `work` on the thread and returns when it is done. `work` throws nothing and waits for
-    /// no other thread. Called by one thread.
-    void Run(const std::function<void()>& work);
+    /// no other thread. Called by one thread; allocates nothing, so that a change that is half done
+    /// can always be finished or taken back.
+    template <typename Callable>
+    void Run(Callable&& work) {
+        RunBorrowed(Work(work));
+    }
 
   private:
+    /// A borrowed callable.
+    class Work {
+      public:
+        template <typename Callable>
+        explicit Work(Callable& work)
+            : object_(&work), call_([](const void* object) {
+                  (*static_cast<std::add_const_t<Callable>*>(object))();
+              }) {}
+        void operator()() const { call_(object_); }
+
+      private:
+        const void* object_;
+        void (*call_)(const void* object);
+    };
+
+    void RunBorrowed(const Work& work);
     void Loop();
 
     Mutex mutex_;
     std::condition_variable changed_;
-    const std::function<void()>* work_ AAAD_GUARDED_BY(mutex_) = nullptr;
+    const Work* work_ AAAD_GUARDED_BY(mutex_) = nullptr;
     bool stopping_ AAAD_GUARDED_BY(mutex_) = false;
     std::thread thread_;
 };

@@ -58,9 +58,9 @@ void DOM_SetDomainDBMHandle(DBM_HANDLE handle) AAADOM_NOEXCEPT;
  * already are successes that write nothing, another NAS-ID for the VLAN replaces the entry in one
  * transaction, deleting what is not there fails. 23 a critical and 33 an authorization profile: an
  * existing profile is left as it is; deleting takes its VPNs and its default segment along, and
- * fails when the profile is not there. 24 and 34 the segment of one of its VPNs: a stored one is
- * overwritten; deleting always succeeds. 25 and 35 its default segment: writing and deleting always
- * succeed, also when the database refused.
+ * fails when the profile is not there; what became of the default segment does not count. 24 and 34
+ * the segment of one of its VPNs: a stored one is overwritten; deleting always succeeds. 25 and 35
+ * its default segment: writing and deleting always succeed, also when the database refused.
  * @param request  borrowed; operation 1 adds or modifies, anything else deletes.
  * @return 0; DOM_ERR_FAILED: null request, a type without a saved form, a domain that is not in the
  *         table (nothing is written), a profile that is not stored (types 4, 23 and 33 deleting, 5,
@@ -93,7 +93,7 @@ DomainInfo* DOM_GetDomainFromDBByIndex(DBM_HANDLE handle, uint32_t index) AAADOM
  * Reads the saved domain of a name: the one at the lowest index of 0 to 1023.
  * @param handle  borrowed.
  * @param name  compared exactly, letter case included, unlike names in the table.
- * @return as DOM_GetDomainFromDBByIndex.
+ * @return as DOM_GetDomainFromDBByIndex; an element that cannot be read is passed over.
  * @thread any; takes no lock.
  */
 DomainInfo* DOM_GetDomainFromDBByName(DBM_HANDLE handle, const char* name) AAADOM_NOEXCEPT;
@@ -205,9 +205,10 @@ uint32_t DOM_IsExistProfileName(DBM_HANDLE handle, const char* name) AAADOM_NOEX
  * Lists the saved NAS-ID profiles.
  * @param handle  borrowed.
  * @param list  the names are appended at its tail; what it holds stays.
- * @return 0; DOM_ERR_NOT_FOUND when none is saved; DOM_ERR_FAILED when the database's answer has no
- *         room in memory or list is null. When memory runs out between two names the result is 0
- *         and the list holds the names so far.
+ * @return 0; DOM_ERR_NOT_FOUND when none is saved or the database refused to count them;
+ *         DOM_ERR_FAILED when the database's answer has no room in memory or list is null. When
+ *         memory runs out between two names, and when the database does not list what it counted,
+ *         the result is 0 and the list holds the names so far.
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetAllNasIdProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;
@@ -257,8 +258,9 @@ uint32_t DOM_IsExistAuthorProfileName(DBM_HANDLE handle, const char* name) AAADO
  * List the saved critical or authorization profiles, also those without a VPN.
  * @param handle  borrowed.
  * @param list  the names are appended at its tail; what it holds stays.
- * @return 0; DOM_ERR_NOT_FOUND when none is saved; DOM_ERR_FAILED when memory is short, the list
- *         then holds the names so far, and for a null list.
+ * @return 0, also when the database does not list what it counted; DOM_ERR_NOT_FOUND when none is
+ *         saved or the database refused to count them; DOM_ERR_FAILED when memory is short,
+ *         the list then holds the names so far, and for a null list.
  * @thread any; takes no lock.
  */
 uint32_t DOM_GetAllCriticalProfileMode(DBM_HANDLE handle, DomProfileNameList* list) AAADOM_NOEXCEPT;

@@ -193,7 +193,8 @@ TLV_MSG* DOM_Rec_tlv_EncodeAcctScheme(uint32_t type,
  * @param msg          borrowed.
  * @param size         bytes of `methods_out`; 264 for all six items, a shorter one gets what fits.
  * @param methods_out  cleared, then the items at the positions they carry; a message without items
- *                     leaves it cleared, reading ends at a malformed one. Null is skipped.
+ *                     leaves it cleared, reading ends at one that cannot be read. Null is
+ *                     skipped.
  * @return the type, as DOM_Rec_tlv_DecodePolicyType; the items do not count.
  * @thread any; takes no lock.
  */

@@ -302,7 +302,8 @@ uint32_t DOM_userrecord_mor_GetRecordNumber(uint32_t code, uint32_t* count) AAAD
  * @param code      DOM_MSG_RECORD_ALL (71); any number is sent as it is.
  * @param selector  TLV 177, as DOM_userrecord_tlv_EncodeDisplayRecordAll.
  * @param status    receives the kind of the reply: DOM_REPLY_KIND_RESULT a result, any other data;
- *                  as it was when no reply came. May be null.
+ *                  as it was when no reply came, set also when memory is short for one that
+ *                  came. May be null.
  * @return returned, destroy with TLV_Destroy; null when no reply came or memory is short.
  * @thread any; takes no lock.
  */

@@ -187,6 +187,51 @@ TEST_F(OpenDamage, DamageMetByAChangeEndsTheChangesOfThisProcess) {
               0);
 }
 
+// The lengths in the leaves point out of the map, where other memory of the process may lie.
+TEST_F(OpenDamage, ValueThatIsLongerThanTheMapFailsTheCall) {
+    aaadom::dbm::dbm_SetMapSize(size_t{64} << 20);
+    EXPECT_EQ(InChild([&] {
+                  const uint32_t attributes[4] = {0, 8, DBM_KEY_KIND_U64, 0};
+                  const uint64_t entry = 1;
+                  const DBM_HANDLE handle = Filled();
+                  DBM_CURSOR* cursor = nullptr;
+                  if (DBM_CreateSortList(handle, "list", 4, attributes, 1, 4) != 0) return 1;
+                  if (DBM_InsertSortList(handle, "list", 4, sizeof entry, &entry, 4) != 0) return 2;
+                  if (DBM_CursorOpen(handle, "list", 4, &cursor) != 0) return 3;
+                  ChangePages([](size_t, uint8_t* page) {
+                      uint16_t lower, at;
+                      memcpy(&lower, page + kLowerAt, sizeof lower);
+                      if (page[kKindAt] != 2) return;
+                      for (size_t i = kEmptyList; i < lower; i += 2) {
+                          memcpy(&at, page + i, sizeof at);
+                          /* Not the table's own description. */
+                          if (page[at + 4] != 2) Put16(page + at + 2, 0x7FF0);
+                      }
+                  });
+                  char buffer[16];
+                  if (DBM_CursorFirst(cursor, sizeof buffer, buffer) != -1) return 4;
+                  if (ReadAll(handle) != 0) return 5;
+                  DBM_CursorClose(cursor);
+                  return Told("damaged") ? 0 : 6;
+              }),
+              0);
+}
+
+// A backup copied over the open file: the engine would go on from pages that are no more.
+TEST_F(OpenDamage, OlderFileInPlaceTakesNoChanges) {
+    EXPECT_EQ(InChild([&] {
+                  const DBM_HANDLE handle = Filled();
+                  std::filesystem::copy_file(DataFile(), base_ + "/copy");
+                  for (int i = 0; i < 4; ++i)
+                      if (Set(handle, "new", std::to_string(i)) != 0) return 1;
+                  std::filesystem::copy_file(base_ + "/copy", DataFile(),
+                                             std::filesystem::copy_options::overwrite_existing);
+                  if (Set(handle, "new", "value") != kFailed) return 2;
+                  return Told("damaged") ? 0 : 3;
+              }),
+              0);
+}
+
 TEST_F(OpenDamage, RemovedFileTakesNoChanges) {
     const DBM_HANDLE handle = Filled();
     ASSERT_TRUE(std::filesystem::remove(DataFile()));

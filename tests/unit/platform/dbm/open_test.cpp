@@ -1,5 +1,7 @@
 #include <thread>
 
+#include <fcntl.h>
+
 #include "database_test.h"
 
 namespace {
@@ -76,6 +78,26 @@ TEST_F(Opening, AMissingParentDirectoryIsReportedOnce) {
     ASSERT_EQ(Lines().size(), 1u);
     EXPECT_NE(Lines()[0].find(base_ + "/no/lib"), std::string::npos);
     EXPECT_NE(Lines()[0].find("create the parent directory"), std::string::npos);
+}
+
+// Not "no such database": nobody would look at the root then.
+TEST_F(Opening, RootThatIsNoDirectoryIsNamed) {
+    const std::string file = base_ + "/file";
+    ASSERT_GE(creat(file.c_str(), 0600), 0);
+    const std::pair<std::string, std::string> roots[] = {{file, base_ + "/run"},
+                                                         {base_ + "/lib", file}};
+    for (const auto& [persistent, runtime] : roots) {
+        ASSERT_EQ(DBM_SetRoot(persistent.c_str(), runtime.c_str()), 0u);
+        Lines().clear();
+        EXPECT_EQ(OpenExisting(), DBM_INVALID_HANDLE);
+        ASSERT_EQ(Lines().size(), 1u);
+        EXPECT_EQ(Lines()[0].find(file + "/DOM_DB: open failed: Not a directory"), 0u)
+            << Lines()[0];
+        DBM_OPEN_ATTR attr{0, file == persistent ? 1u : 0u, 0, "1"};
+        DBM_HANDLE handle = DBM_INVALID_HANDLE;
+        EXPECT_EQ(DBM_Open("DOM_DB", "isp-domain", DBM_MODE_CREATE, &attr, &handle), kFailed);
+        EXPECT_EQ(handle, DBM_INVALID_HANDLE);
+    }
 }
 
 TEST_F(Opening, RootsKeepTheirValueForNull) {

@@ -233,6 +233,37 @@ TEST_F(TransactionScope, LevelsLeftOpenByTheBorrowerFailTheScope) {
     EXPECT_EQ(DBM_Commit(handle_), kFailed);
 }
 
+// The owner's levels are the owner's: whoever works for it can neither end nor lend them.
+TEST_F(TransactionScope, BorrowerEndsOnlyItsOwnLevels) {
+    ASSERT_EQ(DBM_Begin(handle_), 0u);
+    uint64_t token = 0;
+    ASSERT_EQ(DBM_LendScope(handle_, &token), 0u);
+    EXPECT_EQ(Elsewhere([&] {
+                  uint64_t another = 0;
+                  EXPECT_EQ(DBM_BorrowScope(token), 0u);
+                  EXPECT_EQ(DBM_Commit(handle_), kFailed);
+                  EXPECT_EQ(DBM_Abort(handle_), kFailed);
+                  EXPECT_EQ(DBM_LendScope(handle_, &another), kFailed);
+                  EXPECT_EQ(DBM_BorrowScope(token), kFailed);
+                  EXPECT_EQ(Elsewhere([&] { return DBM_BorrowScope(token); }), kFailed);
+                  EXPECT_EQ(Elsewhere([&] { return DBM_ReturnScope(token); }), kFailed);
+                  EXPECT_EQ(Set(handle_, "k", "v"), 0u);
+                  return DBM_ReturnScope(token);
+              }),
+              0u);
+    EXPECT_EQ(DBM_Commit(handle_), 0u);
+    EXPECT_EQ(Get(handle_, "k"), "v");
+}
+
+TEST_F(TransactionScope, ReturningWhatNobodyBorrowedFails) {
+    ASSERT_EQ(DBM_Begin(handle_), 0u);
+    uint64_t token = 0;
+    ASSERT_EQ(DBM_LendScope(handle_, &token), 0u);
+    EXPECT_EQ(Elsewhere([&] { return DBM_ReturnScope(token); }), kFailed);
+    EXPECT_EQ(Elsewhere([&] { return DBM_BorrowScope(token) + DBM_ReturnScope(token); }), 0u);
+    EXPECT_EQ(DBM_Commit(handle_), 0u);
+}
+
 TEST_F(TransactionScope, ManyThreadsReadWriteAndLendAtOnce) {
     DBM_Close(handle_);
     handle_ = Create("gRECORD", "isp-domain", 0);

@@ -58,8 +58,10 @@ uint32_t TakeCommandFailure(TLV_MSG* report) {
     const auto item = std::make_unique<CmdAuthorFailItem>();
     if (DOM_Rec_DecodeCmdAuthorFailItem(report, item.get()) != DOM_OK) return DOM_ERR_FAILED;
     const MutexLock lock(list_mutex);
+    const CmdAuthorFailHead& head = FailureList();
+    const void* newest = head.prev;
     DOM_ProcCmdAuthorFail(report);
-    return DOM_OK;
+    return head.prev != newest ? DOM_OK : DOM_ERR_FAILED;
 }
 
 Message ReadCommandFailures(const Question&, uint32_t& refusal) {

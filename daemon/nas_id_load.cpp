@@ -29,6 +29,7 @@ bool LoadNasIdProfiles(DBM_HANDLE handle) {
                 return false;
             }
         }
+        if (bindings.Failed()) return false;
     }
     return true;
 }

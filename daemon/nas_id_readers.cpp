@@ -49,6 +49,7 @@ Message ProfileWithBindings(DBM_HANDLE handle, const std::string& name) {
             reply.reset();
         }
     }
+    if (bindings.Failed()) reply.reset();
     return reply;
 }
 
@@ -102,6 +103,7 @@ Message AnswerBinding(const Question& question, uint32_t& refusal) {
         SavedNasIdBindings bindings(question.handle, profile);
         const auto next =
             bindings.From(asked_vlan ? static_cast<uint16_t>(*asked_vlan + 1) : uint16_t{0});
+        if (bindings.Failed()) refusal = DOM_ERR_FAILED;
         if (!next) return nullptr;
         binding = *next;
     }

@@ -20,6 +20,8 @@ struct Kind {
     uint32_t missing;
     TLV_MSG* (*get)(const char* profile, uint16_t* reply_kind);
     TLV_MSG* (*get_vpn)(const char* profile, const char* vpn, uint16_t* reply_kind);
+    /// Both give nothing at the end and when a single allocation fails. So they are asked once
+    /// more: who takes a want of memory for the end loses profiles.
     TLV_MSG* (*get_next)(const char* profile);
     TLV_MSG* (*get_next_vpn)(const char* profile, char* vpn);
 };
@@ -58,7 +60,9 @@ Message ReadProfile(const Kind& kind, const Question& question, uint32_t& refusa
         return GetData(reply, reply_kind, refusal);
     }
     refusal = kind.missing;
-    return Message(kind.get_next(profile));
+    Message reply(kind.get_next(profile));
+    if (!reply) reply.reset(kind.get_next(profile));
+    return reply;
 }
 
 Message ReadVpn(const Kind& kind, const Question& question, uint32_t& refusal) {
@@ -75,7 +79,11 @@ Message ReadVpn(const Kind& kind, const Question& question, uint32_t& refusal) {
         return GetData(reply, reply_kind, refusal);
     }
     refusal = kind.missing;
-    return Message(kind.get_next_vpn(profile, vpn));
+    ShortText start;
+    memcpy(start, vpn, sizeof start);
+    Message reply(kind.get_next_vpn(profile, vpn));
+    if (!reply) reply.reset(kind.get_next_vpn(profile, start));
+    return reply;
 }
 
 void FillReport(const AuthorProfile& profile, AAAAuthorProfile& report) {

@@ -7,6 +7,8 @@
 #include <aaadom/settings.h>
 #include <aaadom/settings_codec.h>
 
+#include "table_lock.h"
+
 namespace aaad {
 namespace {
 
@@ -16,10 +18,15 @@ Message Data(TLV_MSG* encoded, uint32_t& refusal) {
     return Message(encoded);
 }
 
-/// A walk tells by its status why there is no message.
-Message WalkData(TLV_MSG* encoded, uint32_t status, uint32_t& refusal) {
-    if (encoded == nullptr) refusal = status != DOM_WALK_OK ? status : DOM_ERR_FAILED;
-    return Message(encoded);
+/// Whether a domain row follows the key; else the refusal.
+bool HasNextRow(const char* name, uint32_t name_length, uint32_t& refusal) {
+    const TableLock lock;
+    if (DOM_MibGetFirstDomain() == nullptr) {
+        refusal = DOM_WALK_NONE;
+        return false;
+    }
+    refusal = DOM_WALK_NO_MESSAGE;
+    return name_length == 0 || DOM_MibGetNextDomain(name, name_length) != nullptr;
 }
 
 }  // namespace
@@ -39,11 +46,12 @@ Message ReadDomainCount(const Question&, uint32_t& refusal) {
 Message ReadDomain(const Question& question, uint32_t& refusal) {
     // A name one character too long is another name, not the one that it begins with.
     char name[DOM_NAME_SIZE + 1] = {};
-    TLV_MSG* record = DOM_DecodeDomainName(question.body, sizeof name, name) == DOM_OK
-                          ? DOM_EncodeDomain(name)
-                          : nullptr;
-    if (record == nullptr) refusal = AAAD_ERR_NO_OBJECT;
-    return Message(record);
+    if (DOM_DecodeDomainName(question.body, sizeof name, name) != DOM_OK ||
+        DOM_IsDomainExist(name) == 0) {
+        refusal = AAAD_ERR_NO_OBJECT;
+        return nullptr;
+    }
+    return Data(DOM_EncodeDomain(name), refusal);
 }
 
 Message ReadSessionLimits(const Question&, uint32_t& refusal) {
@@ -59,9 +67,11 @@ Message ReadNextDomainRow(const Question& question, uint32_t& refusal) {
         refusal = AAAD_ERR_MALFORMED;
         return nullptr;
     }
+    // The library's status is the same at the end and without memory, and who takes the one for the
+    // other loses domains.
+    if (!HasNextRow(name, name_length, refusal)) return nullptr;
     uint32_t status = DOM_WALK_OK;
-    TLV_MSG* record = DOM_EncodeMIBNextDomain(name, name_length, &status);
-    return WalkData(record, status, refusal);
+    return Data(DOM_EncodeMIBNextDomain(name, name_length, &status), refusal);
 }
 
 Message ReadGlobalDomain(const Question&, uint32_t& refusal) {
@@ -83,8 +93,9 @@ Message ReadNextDomain(const Question& question, uint32_t& refusal) {
         return nullptr;
     }
     uint32_t status = DOM_WALK_OK;
-    TLV_MSG* record = DOM_EncodeNetConfNextDomain(name, &status);
-    return WalkData(record, status, refusal);
+    Message record(DOM_EncodeNetConfNextDomain(name, &status));
+    if (!record) refusal = status == DOM_WALK_NONE ? uint32_t{DOM_WALK_NONE} : DOM_ERR_FAILED;
+    return record;
 }
 
 }  // namespace aaad

@@ -105,10 +105,13 @@ void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
     report.default_domain_saved = DOM_GetDefDomainFromDB(handle, name) == DOM_OK;
     DOM_SetDefaultDomainName(report.default_domain_saved ? name : DOM_SYSTEM_DOMAIN);
 
-    if (DOM_GetUnknownDomainFromDB(handle, name) == DOM_OK) DOM_SetUnknownDomainName(name);
-
+    // New tables keep the former ones' name and number, which may be those of a change that was
+    // taken back.
+    const bool has_unknown = DOM_GetUnknownDomainFromDB(handle, name) == DOM_OK;
+    DOM_SetUnknownDomainName(has_unknown ? name : "");
     uint32_t device_id = 0;
-    if (DOM_GetDeviceIDFromDB(handle, &device_id) == DOM_OK) DOM_SetDeviceID(device_id);
+    const bool has_device_id = DOM_GetDeviceIDFromDB(handle, &device_id) == DOM_OK;
+    DOM_SetDeviceID(has_device_id ? device_id : 0);
 
     // What the getter presets is not a saved limit: without one the table's own limits stay.
     uint32_t stored[5] = {};

@@ -56,19 +56,27 @@ bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names) {
 SavedNasIdBindings::SavedNasIdBindings(DBM_HANDLE handle, const std::string& profile) {
     char key[DOM_DB_PROFILE_KEY_SIZE];
     const uint32_t length = DOM_GetDBkeyFromProfileName(profile.c_str(), key);
-    if (DBM_CursorOpen(handle, key, length, &cursor_) != 0) cursor_ = nullptr;
+    if (DBM_CursorOpen(handle, key, length, &cursor_) != 0) {
+        cursor_ = nullptr;
+        failed_ = true;
+    }
+}
+
+std::optional<NasIdBinding> SavedNasIdBindings::Taken(int32_t length, const void* entry) {
+    if (length < 0) failed_ = true;
+    return Read(length, *static_cast<const Entry*>(entry));
 }
 
 std::optional<NasIdBinding> SavedNasIdBindings::From(uint16_t vlan_id) {
     Entry entry;
     if (cursor_ == nullptr) return std::nullopt;
-    return Read(DBM_CursorSeek(cursor_, &vlan_id, sizeof entry, entry), entry);
+    return Taken(DBM_CursorSeek(cursor_, &vlan_id, sizeof entry, entry), entry);
 }
 
 std::optional<NasIdBinding> SavedNasIdBindings::Next() {
     Entry entry;
     if (cursor_ == nullptr) return std::nullopt;
-    return Read(DBM_CursorNext(cursor_, sizeof entry, entry), entry);
+    return Taken(DBM_CursorNext(cursor_, sizeof entry, entry), entry);
 }
 
 }  // namespace aaad

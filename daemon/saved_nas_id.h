@@ -32,8 +32,13 @@ class SavedNasIdBindings {
     /// The first binding at or behind a VLAN.
     std::optional<NasIdBinding> From(uint16_t vlan_id);
     std::optional<NasIdBinding> Next();
+    /// True from the first time on that the database could not be read: what came is incomplete.
+    bool Failed() const { return failed_; }
 
   private:
+    std::optional<NasIdBinding> Taken(int32_t length, const void* entry);
+
+    bool failed_ = false;
     DBM_CURSOR* cursor_ = nullptr;
 };
 

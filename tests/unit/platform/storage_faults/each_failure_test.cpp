@@ -174,7 +174,7 @@ const Row kRows[] = {
          return got < 0 ? "failed" : std::to_string(got);
      }},
     {"GetSorted",
-     [](DBM_HANDLE h) {
+     [](DBM_HANDLE h) -> std::string {
          Entry entry{20, ""};
          return DBM_GetSortList(h, "s", 1, sizeof entry, &entry) < 0 ? "failed" : entry.text;
      }},

@@ -86,9 +86,9 @@ bool Environment::FinishCommit(MDB_txn* txn) {
     return true;
 }
 
-int Environment::OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table) {
+int Environment::OpenTableInside(MDB_txn* txn, const std::string& name, const std::string& types,
+                                 bool create, Table* table) {
     const unsigned flags = create ? MDB_CREATE : 0;
-    const std::string types = name + kTypesSuffix;
     const int code = RunGuarded([&] {
         const int failed = mdb_dbi_open(txn, name.c_str(), flags, &table->data);
         return failed != 0 ? failed : mdb_dbi_open(txn, types.c_str(), flags, &table->types);
@@ -99,6 +99,8 @@ int Environment::OpenTableInside(MDB_txn* txn, const std::string& name, bool cre
 
 /* LMDB lets only one transaction of a process open tables at a time, with no other one around. */
 int Environment::OpenNewTable(const std::string& name, bool create, Table* table) {
+    /* Before the transaction: without memory for it there would be nobody to end that. */
+    const std::string types = name + kTypesSuffix;
     const std::lock_guard<std::mutex> write(write_mutex_);
     MDB_txn* txn = nullptr;
     int code = create ? BeginWrite(&txn) : 0;
@@ -112,7 +114,7 @@ int Environment::OpenNewTable(const std::string& name, bool create, Table* table
         }
         if (code != 0) return code;
     }
-    code = OpenTableInside(txn, name, create, table);
+    code = OpenTableInside(txn, name, types, create, table);
     if (code == 0 && !create) FindMap(txn);
     if (code != 0) {
         AbortWrite(txn);

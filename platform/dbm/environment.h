@@ -96,7 +96,8 @@ class Environment {
     int BeginRead(MDB_txn** txn);
     void FindMap(MDB_txn* txn) noexcept;
     int AdoptNewMapSize();
-    int OpenTableInside(MDB_txn* txn, const std::string& name, bool create, Table* table);
+    int OpenTableInside(MDB_txn* txn, const std::string& name, const std::string& types,
+                        bool create, Table* table);
     int OpenNewTable(const std::string& name, bool create, Table* table);
     Scope ScopeOfThisThread() const noexcept;
     void EndScope() noexcept;

@@ -87,6 +87,11 @@ DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const voi
     call_ = {call, "", key_length, -1, 0, "", 0, 0, HeldLocks()};
     if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
     Database* database = FindDatabase(handle);
+    // A write that meets a storage error spoils the scope in which it is done.
+    if (told_to_fail_ && access == kWrite && database != nullptr && database->depth > 0 &&
+        database->IsUser()) {
+        database->failed = true;
+    }
     if (told_to_fail_ || database == nullptr || database->IsLender()) return;
     const bool others_scope = database->depth > 0 && !database->IsUser();
     if (access == kWrite && others_scope) {  // another thread's writes come first

@@ -29,7 +29,8 @@ namespace fake {
 void Reset();
 
 /// What can fail. The C library's calls are seen only where the fake is linked into the program
-/// itself; throwing `new` is left alone, because only test code may use it.
+/// itself; throwing `new` is left alone unless told otherwise, because only test code and the
+/// daemon may use it.
 enum class Event {
     kAllocation,  ///< malloc, calloc, realloc, strdup, strndup, new (nothrow)
     kMessage,     ///< a call that returns a new TLV_MSG
@@ -37,7 +38,7 @@ enum class Event {
     kFlush,       ///< TLV_Flush, both forms
     kDbm,         ///< a DBM call that can fail, DBM_Begin and DBM_Commit included
     kHashCreate,
-    kSocket,    ///< LIPC_Socket
+    kSocket,  ///< LIPC_Socket, LIPC_ServerOpen, and an LIPC_ServerAccept that has something to take
     kLockInit,  ///< pthread_mutex_init, pthread_rwlock_init
     kLock,      ///< pthread_mutex_lock, pthread_rwlock_rdlock, pthread_rwlock_wrlock
 };
@@ -73,6 +74,8 @@ inline void FailLockInit(int n) {
 inline void FailLock(int n) {
     Fail(Event::kLock, n);
 }
+/// Throwing `new` counts and fails as an allocation, in all threads.
+void FailThrowingNew(bool on);
 /// Every DBM call that can fail does, until switched off.
 void FailAllDbmCalls(bool on);
 /// Whether a switch has fired since the last Fail* call.
@@ -95,6 +98,8 @@ int64_t LiveBlocks();
 void CountBlocks(bool on);
 /// Mutexes and reader-writer locks that the code under test holds now, in all threads.
 int HeldLocks();
+/// Those that the calling thread has taken and not released.
+int HeldLocksHere();
 /// The mutexes and reader-writer locks that the code under test has taken since Reset; at most 64.
 std::vector<const void*> LockObjects();
 /// Runs at the beginning of every DBM call that has a handle or opens one and of every flush to a
@@ -145,6 +150,9 @@ TLV_MSG* MakeReply(uint16_t kind, TLV_MSG* body);
 /// Result of the next connects, one each, 0 = goes on as usual. EISCONN leaves the socket
 /// connected.
 void ConnectErrors(std::initializer_list<int> errors);
+/// Length of the next packet that a receive from the descriptor would take: 0 when the other end
+/// has closed, -1 when there is nothing yet.
+int64_t NextPacket(int32_t fd);
 /// Every receive from a descriptor ends without a message, at once.
 void ReceiveTimesOut(bool on);
 /// The result of every TLV_Flush to a descriptor from now on; the message is delivered all the

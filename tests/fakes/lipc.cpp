@@ -161,6 +161,14 @@ bool ReceiveFromDescriptor(int32_t fd, uint32_t wait, std::string& image) {
     return true;
 }
 
+int64_t NextPacket(int32_t fd) {
+    Inside inside;
+    const Socket* socket = Find(fd);
+    if (socket == nullptr) return 0;
+    if (!socket->inbox.empty()) return static_cast<int64_t>(socket->inbox.front().size());
+    return socket->peer_closed ? 0 : -1;
+}
+
 void SetServer(std::function<TLV_MSG*(TLV_MSG* request)> server) {
     Inside inside;
     Net().server = std::move(server);
@@ -261,7 +269,12 @@ extern "C" void LIPC_Close(int32_t fd) noexcept {
 }
 
 extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uint32_t) noexcept {
+    const bool fails = fake::Hit(fake::Event::kSocket);
     fake::Inside inside;
+    if (fails) {
+        errno = EMFILE;
+        return -1;
+    }
     if (fake::Listener(fake::Endpoint(endpoint, sub_endpoint)) != nullptr) {
         errno = EADDRINUSE;
         return -1;
@@ -273,6 +286,10 @@ extern "C" int32_t LIPC_ServerOpen(uint16_t endpoint, uint16_t sub_endpoint, uin
 
 extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) noexcept {
     fake::Inside inside;
+    const auto fails = [] {
+        const fake::Outside outside;
+        return fake::Hit(fake::Event::kSocket);
+    };
     fake::Socket* socket = fake::Find(server_fd);
     if (socket == nullptr || socket->kind != fake::Socket::kListening) {
         errno = EBADF;
@@ -280,6 +297,10 @@ extern "C" int32_t LIPC_ServerAccept(int32_t server_fd, LIPC_PEER* peer) noexcep
     }
     if (socket->backlog.empty()) {
         errno = EAGAIN;
+        return -1;
+    }
+    if (fails()) {
+        errno = EMFILE;
         return -1;
     }
     const int32_t fd = socket->backlog.front();

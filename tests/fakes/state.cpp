@@ -7,6 +7,7 @@ namespace fake {
 namespace {
 
 thread_local int quiet_depth = 0;
+thread_local int held_locks_here = 0;
 
 struct Switch {
     std::atomic<int> remaining{0};
@@ -16,6 +17,7 @@ Switch switches[kEventKinds];
 std::atomic<int> any_remaining{0};
 std::atomic<bool> all_dbm_calls{false};
 std::atomic<bool> tripped{false};
+std::atomic<bool> throwing_new_counted{false};
 std::atomic<int> held_locks{0};
 std::atomic<void (*)(const char*)> watcher_of_calls{nullptr};
 std::atomic<const void*> lock_objects[64];
@@ -102,6 +104,12 @@ void FailAny(int n) {
 void FailAllDbmCalls(bool on) {
     all_dbm_calls = on;
 }
+void FailThrowingNew(bool on) {
+    throwing_new_counted = on;
+}
+bool IsThrowingNewCounted() {
+    return throwing_new_counted;
+}
 bool Tripped() {
     return tripped;
 }
@@ -146,7 +154,11 @@ void NoteFree(const void* block) {
 int HeldLocks() {
     return held_locks;
 }
+int HeldLocksHere() {
+    return held_locks_here;
+}
 void NoteLock(int change) {
+    held_locks_here += change;
     held_locks += change;
 }
 void SetWatcher(void (*watcher)(const char* call)) {

@@ -16,6 +16,8 @@ bool IsQuiet();
 void NoteMisuse(const std::string& what);
 void NoteLock(int change);
 void NoteLockObject(const void* object);
+/// Whether throwing `new` is an event, too.
+bool IsThrowingNewCounted();
 /// Runs the watcher.
 void Watch(const char* call);
 /// A block was allocated, or is about to be freed.

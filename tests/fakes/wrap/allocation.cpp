@@ -68,8 +68,10 @@ char* __wrap_strdup(const char* text) {
     return __wrap_strndup(text, std::strlen(text));
 }
 
-// Throwing new belongs to the tests and to the test framework: it neither counts nor fails.
+// Throwing new belongs to the tests and to the test framework: it neither counts nor fails, unless
+// the code under test uses it, too.
 void* operator new(size_t size) {
+    if (fake::IsThrowingNewCounted() && Refused()) throw std::bad_alloc();
     if (void* block = __real_malloc(size == 0 ? 1 : size)) return block;
     std::abort();
 }

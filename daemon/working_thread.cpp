@@ -18,9 +18,12 @@ WorkingThread::~WorkingThread() {
 }
 
 void WorkingThread::Run(const std::function<void()>& work) {
-    MutexLock lock(mutex_);
-    work_ = &work;
+    {
+        const MutexLock lock(mutex_);
+        work_ = &work;
+    }
     changed_.notify_all();
+    MutexLock lock(mutex_);
     while (work_ != nullptr) lock.Wait(changed_);
 }
 
@@ -36,7 +39,10 @@ void WorkingThread::Loop() {
         work();
         lock.Lock();
         work_ = nullptr;
+        // Whoever is woken finds the lock free.
+        lock.Unlock();
         changed_.notify_all();
+        lock.Lock();
     }
 }
 

@@ -269,6 +269,43 @@ uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, u
                           void* record, uint32_t* position, AAA_OTHER_FN other,
                           void* context) PLATFORM_NOEXCEPT;
 
+/** The array whose structures a message carries as nested messages of one type, each with its
+ *  position. */
+typedef struct AAA_RECORDS {
+    uint16_t type;           /* of the TLVs */
+    uint16_t places;         /* length of the array; 0: there is one structure, and each TLV of the
+                                type replaces it, whatever position it has */
+    uint16_t size;           /* of a structure, in bytes */
+    uint16_t count;          /* number of fields */
+    const AAA_FIELD* fields; /* of a structure */
+    void* first;             /* the first structure */
+} AAA_RECORDS;
+
+/**
+ * Reads every TLV of a message, or of the nested message in a TLV, into a structure and the arrays
+ * that belong to it. The structure is read as AAA_GetFields does. A structure of an array has 0 in
+ * the members whose TLV is missing; one without a position goes to position 0, one whose position
+ * is outside its array is read and not stored; the last of several with a position counts. TLVs of
+ * other types are skipped.
+ * @param msg      borrowed.
+ * @param it       owned by `msg`; its TLV carries the nested message, which is read in place. Null
+ *                 reads `msg` itself.
+ * @param fields   borrowed; may be null when `count` is 0.
+ * @param count    number of fields.
+ * @param record   borrowed; the structure, which must not lie inside `msg`.
+ * @param arrays   borrowed, with the fields that they name; all bytes of their structures are 0
+ *                 when this is called, and none lies inside `msg`. No type is that of a field or of
+ *                 another array.
+ * @param array_count  number of arrays, at most 4.
+ * @return 0; 0x40010001 when a needed argument is null, there are more arrays, `it` lies outside
+ *         `msg`, its value or a TLV of an array's type is not exactly one well-formed image, or
+ *         memory is short: `record` and the arrays are then undefined.
+ * @thread any.
+ */
+uint32_t AAA_GetRecords(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
+                        void* record, const AAA_RECORDS* arrays,
+                        uint32_t array_count) PLATFORM_NOEXCEPT;
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }

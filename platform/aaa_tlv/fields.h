@@ -20,12 +20,28 @@ inline constexpr uint32_t kFieldRoom = 24;
 /// Header of a TLV whose value is a nested message, and that message's header.
 inline constexpr uint32_t kNestedHeader = kTlvHeader + kImageHeader;
 
+/// A TLV of a number, and its header's length where the type's bits have been shifted out.
+inline constexpr uint32_t kNumberTlv = kTlvHeader + sizeof(uint32_t);
+inline constexpr uint64_t kNumberLength = uint64_t{sizeof(uint32_t)} << 32;
+
 struct FieldTable {
     const AAA_FIELD* begin;
     const AAA_FIELD* end;
 
     FieldTable(const AAA_FIELD* fields, uint32_t count) noexcept
         : begin(fields), end(fields + count) {}
+    /// The first field of a type, `end` when there is none.
+    const AAA_FIELD* Find(uint16_t type) const noexcept {
+        return std::find_if(begin, end,
+                            [type](const AAA_FIELD& field) { return field.type == type; });
+    }
+    /// Position, number, text, number: an item of a list. Most of what is ever sent and received
+    /// are such items, so they have ways of their own.
+    bool IsOfItem() const noexcept {
+        return end - begin == 4 && begin[0].kind == AAA_FIELD_POSITION &&
+               begin[1].kind == AAA_FIELD_WORD && begin[2].kind == AAA_FIELD_TEXT &&
+               begin[3].kind == AAA_FIELD_WORD;
+    }
     /// Bytes that no structure passes.
     uint64_t Room() const noexcept {
         uint64_t room = 0;
@@ -81,6 +97,30 @@ inline uint8_t* PutWord(uint8_t* at, uint16_t type, uint32_t word) noexcept {
     return at + kTlvHeader + sizeof word;
 }
 
+inline uint8_t* PutWordOf(uint8_t* at, const AAA_FIELD& field, const uint8_t* record) noexcept {
+    uint32_t word;
+    std::memcpy(&word, record + field.offset, sizeof word);
+    return PutWord(at, field.type, word);
+}
+
+inline uint8_t* PutTextOf(uint8_t* at, const AAA_FIELD& field, const uint8_t* record) noexcept {
+    uint8_t* value = at + kTlvHeader;
+    const uint32_t length = PutText(value, record + field.offset, field.size) + 1;
+    // The value is there already, so the header is written exactly.
+    StoreLittleEndian<uint16_t>(at, field.type);
+    StoreLittleEndian<uint32_t>(at + kTlvLengthAt, length);
+    return value + length;
+}
+
+/// The same as PutFields for the table of an item.
+inline uint8_t* PutItem(uint8_t* at, const AAA_FIELD* fields, const uint8_t* record,
+                        uint32_t position) noexcept {
+    at = PutWord(at, fields[0].type, position);
+    at = PutWordOf(at, fields[1], record);
+    at = PutTextOf(at, fields[2], record);
+    return PutWordOf(at, fields[3], record);
+}
+
 /// Writes the TLVs of a structure, for which there is room; their end.
 inline uint8_t* PutFields(uint8_t* at, const FieldTable& table, const uint8_t* record,
                           uint32_t position) noexcept {
@@ -88,16 +128,9 @@ inline uint8_t* PutFields(uint8_t* at, const FieldTable& table, const uint8_t* r
         const AAA_FIELD field = *each;
         const uint8_t* member = record + field.offset;
         if (field.kind == AAA_FIELD_WORD) {
-            uint32_t word;
-            std::memcpy(&word, member, sizeof word);
-            at = PutWord(at, field.type, word);
+            at = PutWordOf(at, field, record);
         } else if (field.kind == AAA_FIELD_TEXT) {
-            uint8_t* value = at + kTlvHeader;
-            const uint32_t length = PutText(value, member, field.size) + 1;
-            // The value is there already, so the header is written exactly.
-            StoreLittleEndian<uint16_t>(at, field.type);
-            StoreLittleEndian<uint32_t>(at + kTlvLengthAt, length);
-            at = value + length;
+            at = PutTextOf(at, field, record);
         } else if (field.kind == AAA_FIELD_POSITION) {
             at = PutWord(at, field.type, position);
         } else if (field.kind == AAA_FIELD_HALF) {
@@ -114,42 +147,25 @@ inline uint8_t* PutFields(uint8_t* at, const FieldTable& table, const uint8_t* r
 }
 
 /// Copies the text of a value: up to its NUL, its end or the capacity, and a terminator. Bytes up
-/// to `end` are readable.
+/// to `readable` are readable.
+void TakeAnyText(char* to, uint32_t capacity, const uint8_t* value, uint32_t length,
+                 const uint8_t* readable) noexcept;
+
 inline void TakeText(char* to, uint32_t capacity, const uint8_t* value, uint32_t length,
-                     const uint8_t* end) noexcept {
-    uint32_t left = std::min(length, capacity - 1);
+                     const uint8_t* readable) noexcept {
 #if defined(__SSE2__)
-    // A text that ends within 16 bytes: everything behind its end is cleared.
-    if (left < sizeof(__m128i) && capacity >= sizeof(__m128i) &&
-        end - value >= static_cast<ptrdiff_t>(sizeof(__m128i))) {
+    // A value within 16 bytes: the rest of them is cleared, which is also the terminator of a text
+    // that fills its value.
+    if (length < sizeof(__m128i) && capacity >= sizeof(__m128i) &&
+        readable - value >= static_cast<ptrdiff_t>(sizeof(__m128i))) [[likely]] {
         const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(value));
-        const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(chunk, _mm_setzero_si128()));
-        const int text = __builtin_ctz(static_cast<unsigned>(zeros) | 1u << left);
-        const __m128i mask =
-            _mm_loadu_si128(reinterpret_cast<const __m128i*>(kKeptBytes + sizeof chunk - text));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_and_si128(chunk, mask));
+        const __m128i kept =
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(kKeptBytes + sizeof chunk - length));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_and_si128(chunk, kept));
         return;
     }
 #endif
-    while (capacity >= sizeof(uint64_t) &&
-           end - value >= static_cast<ptrdiff_t>(sizeof(uint64_t))) {
-        auto chunk = LoadLittleEndian<uint64_t>(value);
-        // A value that ends within the chunk ends the text like a NUL.
-        const uint64_t stop =
-            left < sizeof chunk ? ZeroBytes(chunk) | uint64_t{0x80} << 8 * left : ZeroBytes(chunk);
-        if (stop != 0) {
-            chunk &= ((stop & -stop) >> 7) - 1;
-            StoreLittleEndian(to, chunk);
-            return;
-        }
-        StoreLittleEndian(to, chunk);
-        to += sizeof chunk;
-        value += sizeof chunk;
-        left -= sizeof chunk;
-        capacity -= sizeof chunk;
-    }
-    for (; left != 0 && *value != 0; --left) *to++ = static_cast<char>(*value++);
-    *to = '\0';
+    TakeAnyText(to, capacity, value, length, readable);
 }
 
 /// The TLV at `at`; false when it does not end at or before `end`.
@@ -160,92 +176,129 @@ inline TlvAt TlvWithin(const uint8_t* at, const uint8_t* end) noexcept {
     return {at, length};
 }
 
+/// Whether a value begins as a nested message of exactly its length. Its TLVs are checked by
+/// whoever walks them.
+inline bool BeginsImage(const TlvAt& tlv) noexcept {
+    return tlv.length >= kImageHeader &&
+           LoadLittleEndian<uint64_t>(tlv.Value()) ==
+               (kImageStart | uint64_t{tlv.length - kImageHeader} << 32);
+}
+
 /// Stores one TLV in its member, whatever its length. Bytes up to `end` are readable.
 void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uint8_t* record,
-               uint32_t* position) noexcept;
+               uint32_t& position) noexcept;
 
-/// The TLVs to be read: all between `begin` and `end`, in bytes of `msg`.
+inline void CopyNumber(uint8_t* to, const uint8_t* value) noexcept {
+    const auto number = LoadLittleEndian<uint32_t>(value);
+    std::memcpy(to, &number, sizeof number);
+}
+
+/// TLVs one behind the other.
 struct Body {
-    TLV_MSG* msg;
     const uint8_t* begin;
     const uint8_t* end;
+
+    explicit Body(const TLV_MSG* msg) noexcept
+        : begin(msg->image + kImageHeader), end(msg->image + msg->length) {}
+    /// Of the nested message that is the value of a TLV.
+    explicit Body(const TlvAt& tlv) noexcept
+        : begin(tlv.Value() + kImageHeader), end(tlv.Value() + tlv.length) {}
 };
 
+/// A walk through TLVs and the fields that they are expected to carry.
+struct FieldWalk {
+    const uint8_t* at;
+    const uint8_t* end;
+    const AAA_FIELD* next;
+    const AAA_FIELD* last;
+
+    FieldWalk(Body body, const FieldTable& table) noexcept
+        : at(body.begin), end(body.end), next(table.begin), last(table.end) {}
+};
+
+/// Takes TLVs as long as each is the next field: a number of exactly its length, or a text. Bytes
+/// up to `readable`, at or behind the walk's end, are readable.
+inline void TakeExpected(FieldWalk& walk, const uint8_t* readable, uint8_t* record,
+                         uint32_t& position) noexcept {
+    const uint8_t* at = walk.at;
+    const uint8_t* const end = walk.end;
+    const AAA_FIELD* next = walk.next;
+    for (; next != walk.last && end - at >= static_cast<ptrdiff_t>(kNumberTlv); ++next) {
+        const AAA_FIELD field = *next;
+        // Its low bits are clear when the type is the field's; what is above them is the length.
+        const uint64_t header = (LoadLittleEndian<uint64_t>(at) ^ field.type) << 16;
+        const uint8_t* value = at + kTlvHeader;
+        if (header == kNumberLength) {
+            const auto number = LoadLittleEndian<uint32_t>(value);
+            if (field.kind == AAA_FIELD_WORD) {
+                std::memcpy(record + field.offset, &number, sizeof number);
+            } else if (field.kind == AAA_FIELD_POSITION) {
+                position = number;
+            } else if (field.kind == AAA_FIELD_HALF) {
+                const auto half = static_cast<uint16_t>(number);
+                std::memcpy(record + field.offset, &half, sizeof half);
+            } else {
+                break;
+            }
+            at += kNumberTlv;
+        } else {
+            const auto length = static_cast<uint32_t>(header >> 32);
+            if (static_cast<uint32_t>(header) != 0 || field.kind != AAA_FIELD_TEXT ||
+                length > end - value) {
+                break;
+            }
+            TakeText(reinterpret_cast<char*>(record + field.offset), field.size, value, length,
+                     readable);
+            at = value + length;
+        }
+    }
+    walk.at = at;
+    walk.next = next;
+}
+
 struct NoOtherTlvs {
-    static constexpr uint32_t Take(uint16_t, TLV_MSG*, TLV_ITER*) noexcept { return kOk; }
+    static constexpr uint32_t Take(const FieldWalk&, TLV_MSG*, const TlvAt&) noexcept {
+        return kOk;
+    }
 };
 
 struct OtherTlvs {
     AAA_OTHER_FN take;
     void* context;
 
-    uint32_t Take(uint16_t type, TLV_MSG* msg, TLV_ITER* it) const noexcept {
-        return take(context, type, msg, it);
+    uint32_t Take(const FieldWalk&, TLV_MSG* msg, const TlvAt& tlv) const noexcept {
+        return take(context, tlv.Type(), msg, IterAt(tlv.at));
     }
 };
 
-/// Reads the TLVs of a body; fails when they do not walk exactly to its end. Without other TLVs to
-/// be told it makes no call on its usual way.
+/// Takes all TLVs of a body, whatever comes in whatever order; fails when they do not walk exactly
+/// to its end. Without other TLVs to be told it makes no call on its usual way.
 template <typename Others>
-inline uint32_t TakeFields(const Body& body, const FieldTable& table, uint8_t* record,
-                           uint32_t* position, const Others& others) noexcept {
-    constexpr ptrdiff_t kHeader = kTlvHeader;
-    constexpr ptrdiff_t kWord = sizeof(uint32_t);
-    const uint8_t* at = body.begin;
-    const uint8_t* const end = body.end;
-    const AAA_FIELD* next = table.begin;
+inline uint32_t TakeFields(Body body, TLV_MSG* msg, const FieldTable& table, uint8_t* record,
+                           uint32_t& position, Others&& others) noexcept {
+    FieldWalk walk(body, table);
+    const uint8_t* const readable = msg->image + msg->length;
     uint32_t last_other = UINT32_MAX;  // a type that no field has; no type yet
     uint32_t result = kOk;
-    while (at != end) {
-        // The usual TLV is the next field, a number of exactly its length or a text.
-        const ptrdiff_t rest = end - at;
-        if (rest >= kHeader + kWord && next != table.end) [[likely]] {
-            const auto header = LoadLittleEndian<uint64_t>(at);
-            const auto length = static_cast<uint32_t>(header >> 16);
-            const AAA_FIELD field = *next;
-            const uint8_t* value = at + kHeader;
-            if (static_cast<uint16_t>(header) == field.type) [[likely]] {
-                if (field.kind == AAA_FIELD_TEXT && length <= rest - kHeader) {
-                    TakeText(reinterpret_cast<char*>(record + field.offset), field.size, value,
-                             length, end);
-                    at = value + length;
-                    ++next;
-                    continue;
-                }
-                if (length == kWord &&
-                    (field.kind == AAA_FIELD_WORD ||
-                     (field.kind == AAA_FIELD_POSITION && position != nullptr))) {
-                    const auto number = LoadLittleEndian<uint32_t>(value);
-                    void* to = field.kind == AAA_FIELD_WORD ? record + field.offset
-                                                            : static_cast<void*>(position);
-                    std::memcpy(to, &number, sizeof number);
-                    at = value + kWord;
-                    ++next;
-                    continue;
-                }
-            }
-        }
-        const TlvAt tlv = TlvWithin(at, end);
+    while (true) {
+        TakeExpected(walk, readable, record, position);
+        if (walk.at == walk.end) return result;
+        const TlvAt tlv = TlvWithin(walk.at, walk.end);
         if (!tlv) return PLATFORM_FAILED;
+        walk.at = tlv.Value() + tlv.length;
         const uint16_t type = tlv.Type();
-        if (next == table.end || next->type != type) {
-            const AAA_FIELD* found = table.end;
-            if (type != last_other) {
-                found = std::find_if(table.begin, table.end,
-                                     [type](const AAA_FIELD& field) { return field.type == type; });
-            }
-            if (found == table.end) {
-                last_other = type;
-                result |= others.Take(type, body.msg, IterAt(at));
-                at = tlv.Value() + tlv.length;
-                continue;
-            }
-            next = found;
+        const AAA_FIELD* found = walk.next;
+        if (found == table.end || found->type != type) {
+            found = type == last_other ? table.end : table.Find(type);
         }
-        TakeField(*next++, tlv, end, record, position);
-        at = tlv.Value() + tlv.length;
+        if (found == table.end) {
+            last_other = type;
+            result |= others.Take(walk, msg, tlv);
+            continue;
+        }
+        TakeField(*found, tlv, readable, record, position);
+        walk.next = found + 1;
     }
-    return result;
 }
 
 }  // namespace platform

@@ -5,8 +5,32 @@ using namespace platform;
 
 namespace platform {
 
+void TakeAnyText(char* to, uint32_t capacity, const uint8_t* value, uint32_t length,
+                 const uint8_t* readable) noexcept {
+    uint32_t left = std::min(length, capacity - 1);
+    while (capacity >= sizeof(uint64_t) &&
+           readable - value >= static_cast<ptrdiff_t>(sizeof(uint64_t))) {
+        auto chunk = LoadLittleEndian<uint64_t>(value);
+        // A value that ends within the chunk ends the text like a NUL.
+        const uint64_t stop =
+            left < sizeof chunk ? ZeroBytes(chunk) | uint64_t{0x80} << 8 * left : ZeroBytes(chunk);
+        if (stop != 0) {
+            chunk &= ((stop & -stop) >> 7) - 1;
+            StoreLittleEndian(to, chunk);
+            return;
+        }
+        StoreLittleEndian(to, chunk);
+        to += sizeof chunk;
+        value += sizeof chunk;
+        left -= sizeof chunk;
+        capacity -= sizeof chunk;
+    }
+    for (; left != 0 && *value != 0; --left) *to++ = static_cast<char>(*value++);
+    *to = '\0';
+}
+
 void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uint8_t* record,
-               uint32_t* position) noexcept {
+               uint32_t& position) noexcept {
     uint8_t* member = record + field.offset;
     const uint32_t number =
         tlv.length < sizeof(uint32_t) ? 0 : LoadLittleEndian<uint32_t>(tlv.Value());
@@ -25,7 +49,7 @@ void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uin
             std::memcpy(member, tlv.Value(), std::min<uint32_t>(tlv.length, field.size));
             return;
         default:
-            if (position != nullptr) *position = number;
+            position = number;
             return;
     }
 }
@@ -34,11 +58,15 @@ void TakeField(const AAA_FIELD& field, const TlvAt& tlv, const uint8_t* end, uin
 
 namespace {
 
-uint32_t ReadBody(const Body& body, const FieldTable& table, void* record, uint32_t* position,
-                  const OtherTlvs& others) noexcept {
+uint32_t ReadFields(Body body, TLV_MSG* msg, const FieldTable& table, void* record,
+                    uint32_t* position_out, const OtherTlvs& others) noexcept {
     auto* bytes = static_cast<uint8_t*>(record);
-    if (others.take == nullptr) return TakeFields(body, table, bytes, position, NoOtherTlvs());
-    return TakeFields(body, table, bytes, position, others);
+    uint32_t position = position_out == nullptr ? 0 : *position_out;
+    const uint32_t result = others.take == nullptr
+                                ? TakeFields(body, msg, table, bytes, position, NoOtherTlvs())
+                                : TakeFields(body, msg, table, bytes, position, others);
+    if (position_out != nullptr) *position_out = position;
+    return result;
 }
 
 void SetEnd(TLV_MSG* msg, const uint8_t* end) noexcept {
@@ -52,14 +80,27 @@ inline bool MakeRoom(TLV_MSG* msg, uint64_t room) noexcept {
 }
 
 /// Writes one structure as a nested message, for which there is room; its end.
+template <bool of_item>
 inline uint8_t* PutRecord(uint8_t* at, uint16_t type, const FieldTable& table,
                           const uint8_t* record, uint32_t position) noexcept {
     uint8_t* image = at + kTlvHeader;
-    uint8_t* end = PutFields(image + kImageHeader, table, record, position);
+    uint8_t* end = of_item ? PutItem(image + kImageHeader, table.begin, record, position)
+                           : PutFields(image + kImageHeader, table, record, position);
     const auto length = static_cast<uint32_t>(end - image);
     PutTlvHeader(at, type, length);
     StoreLittleEndian<uint64_t>(image, kImageStart | uint64_t{length - kImageHeader} << 32);
     return end;
+}
+
+template <bool of_item>
+uint32_t PutRecords(TLV_MSG* msg, uint16_t type, const FieldTable& table, const uint8_t* record,
+                    uint32_t stride, uint32_t records) noexcept {
+    const uint64_t room = kNestedHeader + table.Room();
+    for (uint32_t position = 0; position < records; ++position, record += stride) {
+        if (!MakeRoom(msg, room)) return PLATFORM_FAILED;
+        SetEnd(msg, PutRecord<of_item>(msg->image + msg->length, type, table, record, position));
+    }
+    return kOk;
 }
 
 }  // namespace
@@ -84,12 +125,8 @@ uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIELD* fields,
     }
     const FieldTable table(fields, count);
     const auto* record = static_cast<const uint8_t*>(first);
-    const uint64_t room = kNestedHeader + table.Room();
-    for (uint32_t position = 0; position < records; ++position, record += stride) {
-        if (!MakeRoom(msg, room)) return PLATFORM_FAILED;
-        SetEnd(msg, PutRecord(msg->image + msg->length, type, table, record, position));
-    }
-    return kOk;
+    return table.IsOfItem() ? PutRecords<true>(msg, type, table, record, stride, records)
+                            : PutRecords<false>(msg, type, table, record, stride, records);
 }
 
 // Until its end is known the nested message is an empty one with TLVs of the parent behind it, so
@@ -122,8 +159,8 @@ uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, vo
     if (msg == nullptr || record == nullptr || (fields == nullptr && count != 0)) {
         return PLATFORM_FAILED;
     }
-    const Body body{msg, msg->image + kImageHeader, msg->image + msg->length};
-    return ReadBody(body, FieldTable(fields, count), record, nullptr, {other, context});
+    const FieldTable table(fields, count);
+    return ReadFields(Body(msg), msg, table, record, nullptr, {other, context});
 }
 
 uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, uint32_t count,
@@ -133,11 +170,9 @@ uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, u
         return PLATFORM_FAILED;
     }
     const TlvAt tlv = Locate(msg, it);
-    if (!tlv || tlv.length < kImageHeader || ImageLengthOf(tlv.Value()) != tlv.length) {
-        return PLATFORM_FAILED;
-    }
-    const Body body{msg, tlv.Value() + kImageHeader, tlv.Value() + tlv.length};
-    return ReadBody(body, FieldTable(fields, count), record, position, {other, context});
+    if (!tlv || !BeginsImage(tlv)) return PLATFORM_FAILED;
+    const FieldTable table(fields, count);
+    return ReadFields(Body(tlv), msg, table, record, position, {other, context});
 }
 
 }  // extern "C"

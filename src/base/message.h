@@ -54,6 +54,12 @@ class TlvItem {
         char unused;
         return SubFields(nullptr, 0, &unused, nullptr) == DOM_OK;
     }
+    /// Reads the nested message in place, or without a position the whole message; AAA_GetRecords
+    /// says how.
+    [[nodiscard]] uint32_t Records(const AAA_FIELD* fields, uint32_t count, void* record,
+                                   const AAA_RECORDS* arrays, uint32_t array_count) const noexcept {
+        return AAA_GetRecords(msg_, it_, fields, count, record, arrays, array_count);
+    }
     /// Whether nothing follows in the message.
     bool IsLast() const noexcept { return TLV_GetNext(msg_, it_) == nullptr; }
     /// Fails, and keeps `mac`, when the TLV is shorter than 6 bytes.

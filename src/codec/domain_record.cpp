@@ -5,6 +5,7 @@
 #include <aaadom/method_list.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "codec/author_attr.h"
@@ -63,7 +64,14 @@ uint32_t TakeMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
     if (result != DOM_OK) return result;
     if (!IsListPlace(*list)) return DOM_ERR_FAILED;
     // Every list of a column carries the column's extra item: an empty one must not erase it.
-    if (extra.method_kind != METHOD_EMPTY) record.service_extras[list->service] = extra;
+    if (extra.method_kind != METHOD_EMPTY) {
+        // Member by member, because the item has just been written in these pieces.
+        MethodEntry& kept = record.service_extras[list->service];
+        kept.method_kind = extra.method_kind;
+        memcpy(kept.scheme_name, extra.scheme_name,
+               sizeof extra.scheme_name + sizeof extra.reserved);
+        kept.scheme_index = extra.scheme_index;
+    }
     MethodList*& place = record.method_lists[list->aaa_type][list->service];
     DOM_DestroyMethodList(place);
     place = list.release();

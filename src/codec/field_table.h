@@ -95,7 +95,7 @@ class FieldTable {
     constexpr uint8_t RunFrom(size_t i) const noexcept { return run_[i]; }
     /// The fields that are plain to read.
     constexpr const AAA_FIELD* Read() const noexcept { return read_.data(); }
-    constexpr uint32_t ReadCount() const noexcept { return read_count_; }
+    constexpr uint8_t ReadCount() const noexcept { return read_count_; }
 
   private:
     static_assert(N < 255);
@@ -104,7 +104,7 @@ class FieldTable {
     std::array<AAA_FIELD, N> sent_;
     std::array<uint8_t, N> run_;
     std::array<AAA_FIELD, N> read_;
-    uint32_t read_count_ = 0;
+    uint8_t read_count_ = 0;
 };
 
 /// Decodes the fields of one record that the platform does not; keeps what decides between the two

@@ -30,60 +30,29 @@ uint32_t AppendItems(TLV_MSG* msg, uint16_t type, const MethodEntry* items,
 }
 
 static_assert(kItemFields.ReadCount() == kItemFields.Size());
-uint32_t ReadFreshItem(const TlvItem& tlv, MethodEntry& item, uint32_t& position) noexcept {
-    return tlv.SubFields(kItemFields.Read(), kItemFields.ReadCount(), &item, &position);
-}
 
-/// Decodes the item nested in one TLV. It starts empty and at position 0; unknown types are
-/// skipped.
-uint32_t ReadNestedItem(const TlvItem& tlv, MethodEntry& item, uint32_t& position) noexcept {
-    item = MethodEntry{};
-    position = 0;
-    return ReadFreshItem(tlv, item, position);
-}
-
-/// A position outside the list stores nothing; the rest of the message still counts.
+/// Stores the item nested in one TLV, which starts empty and at position 0. A position outside the
+/// list stores nothing; the rest of the message still counts.
 uint32_t StoreNestedItem(const TlvItem& tlv, MethodEntry* items) noexcept {
-    MethodEntry item;
-    uint32_t position;
-    const uint32_t result = ReadNestedItem(tlv, item, position);
+    MethodEntry item{};
+    uint32_t position = 0;
+    const uint32_t result =
+        tlv.SubFields(kItemFields.Read(), kItemFields.ReadCount(), &item, &position);
     if (result == DOM_OK && position < DOM_METHODS) items[position] = item;
     return result;
 }
 
-/// A list that is being read and was empty before.
-struct ListTarget {
-    MethodList& list;
-    MethodEntry& extra;
-    /// The position that comes next as long as items come in order; nothing is stored from here on.
-    uint32_t next = 0;
-};
-
-/// Items usually come in order, so each is read where it belongs and moved only when it turns out
-/// to belong elsewhere.
-uint32_t TakeListItem(const TlvItem& tlv, ListTarget& target) noexcept {
-    MethodEntry* items = target.list.methods;
-    if (target.next == DOM_METHODS) return StoreNestedItem(tlv, items);
-    uint32_t position = 0;
-    MethodEntry& place = items[target.next];
-    const uint32_t result = ReadFreshItem(tlv, place, position);
-    if (position == target.next) {
-        ++target.next;
-        return result;
-    }
-    const MethodEntry item = place;
-    place = MethodEntry{};
-    target.next = DOM_METHODS;
-    if (position < DOM_METHODS) items[position] = item;
-    return result;
-}
-
-uint32_t TakeItem(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) noexcept {
-    auto& target = *static_cast<ListTarget*>(context);
-    if (type == DOM_TLV_METHOD_ITEM) return TakeListItem({msg, it}, target);
-    if (type != DOM_TLV_EXTRA_ITEM) return DOM_OK;
-    uint32_t position;
-    return ReadNestedItem({msg, it}, target.extra, position);
+/// Reads a list from the TLV that carries it or, without a position, from the message itself. Both
+/// start empty. The extra item is the only one of its kind, whatever position it carries.
+uint32_t ReadList(const TlvItem& nested, MethodList& list, MethodEntry& extra) noexcept {
+    const AAA_RECORDS arrays[] = {
+        {DOM_TLV_METHOD_ITEM, DOM_METHODS, sizeof(MethodEntry), kItemFields.ReadCount(),
+         kItemFields.Read(), list.methods},
+        {DOM_TLV_EXTRA_ITEM, 0, sizeof(MethodEntry), kItemFields.ReadCount(), kItemFields.Read(),
+         &extra},
+    };
+    return nested.Records(kListFields.Read(), kListFields.ReadCount(), &list, arrays,
+                          std::size(arrays));
 }
 
 }  // namespace
@@ -123,15 +92,11 @@ uint32_t DecodeMethodList(TLV_MSG* msg, MethodList& list, MethodEntry& extra) no
     list = MethodList{};
     extra = MethodEntry{};
     if (msg == nullptr) return DOM_OK;
-    ListTarget target{list, extra};
-    return AAA_GetFields(msg, kListFields.Read(), kListFields.ReadCount(), &list, TakeItem,
-                         &target);
+    return ReadList(TlvItem(msg, nullptr), list, extra);
 }
 
 uint32_t ReadMethodList(const TlvItem& nested, MethodList& list, MethodEntry& extra) noexcept {
-    ListTarget target{list, extra};
-    return nested.SubFields(kListFields.Read(), kListFields.ReadCount(), &list, nullptr, TakeItem,
-                            &target);
+    return ReadList(nested, list, extra);
 }
 
 }  // namespace aaadom

@@ -364,3 +364,53 @@ extern "C" uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD
     TLV_Destroy(sub);
     return result;
 }
+
+namespace {
+
+/// Reads one nested message into the place in its array that its position names.
+uint32_t ReadRecord(TLV_MSG* msg, TLV_ITER* it, const AAA_RECORDS& array) {
+    TLV_MSG* sub = AAA_GetSubTlv(msg, it);
+    if (sub == nullptr) return kFailed;
+    uint32_t position = 0;
+    uint32_t result = 0;
+    {
+        Quiet quiet;
+        std::string record(array.size, '\0');
+        {
+            fake::Outside outside;
+            result = ReadMembers(sub, array.fields, array.count, record.data(), &position, nullptr,
+                                 nullptr);
+        }
+        if (array.places == 0) position = 0;
+        if (position < std::max<uint32_t>(array.places, 1)) {
+            std::memcpy(static_cast<char*>(array.first) + size_t{position} * array.size,
+                        record.data(), record.size());
+        }
+    }
+    TLV_Destroy(sub);
+    return result;
+}
+
+struct ArrayList {
+    const AAA_RECORDS* begin;
+    uint32_t count;
+};
+
+uint32_t ReadOther(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) {
+    const auto& arrays = *static_cast<const ArrayList*>(context);
+    for (uint32_t i = 0; i < arrays.count; ++i) {
+        if (arrays.begin[i].type == type) return ReadRecord(msg, it, arrays.begin[i]);
+    }
+    return 0;
+}
+
+}  // namespace
+
+extern "C" uint32_t AAA_GetRecords(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields,
+                                   uint32_t count, void* record, const AAA_RECORDS* arrays,
+                                   uint32_t array_count) noexcept {
+    if (arrays == nullptr && array_count != 0) return kFailed;
+    ArrayList list{arrays, array_count};
+    if (it == nullptr) return AAA_GetFields(msg, fields, count, record, ReadOther, &list);
+    return AAA_GetSubFields(msg, it, fields, count, record, nullptr, ReadOther, &list);
+}

@@ -77,7 +77,8 @@ uint32_t DOM_IsDomainExist(const char* name) AAADOM_NOEXCEPT;
  * Adds a domain to the calling role's table: both orders, the scheme indexes of its default lists,
  * the count, and the first empty slot, whose number is written into the record. The caller has
  * tested before that no domain has the name and that a slot is empty: with no slot empty the lists
- * and the count change and the record is not stored.
+ * and the count change and the record is not stored. A domain whose node of the strcmp order cannot
+ * be allocated is added all the same and left out of that order.
  * @param record     consumed on success: owned by the library, valid until it is deleted. With no
  * slot empty it stays the caller's. Null changes nothing, and the node stays the caller's too.
  * @param mib_node   consumed always, with a record; gets the record's name. Null leaves the domain

@@ -34,8 +34,8 @@ extern "C" {
  * code, undecodable message, unknown domain (codes 4, 11, 19, 130, 132, 143, 144), full table
  * (codes 0 and 3), no memory, or the change could not be saved. Codes 7, 21 and 30 pass over an
  * unknown domain: 0 with save 0, DOM_ERR_FAILED with save 1, because there is no domain to store.
- * @thread any; works on the caller's role. Takes that role's table mutex, the caller holds none;
- * the database is called without it.
+ * @thread any; works on the caller's role. Takes that role's table mutex, the caller holds none,
+ * and releases it as DOM_MibAddDomain does (code 14); the database is called without it.
  */
 uint32_t DOM_RestoreData(TLV_MSG* msg, uint16_t save, uint32_t cap1, uint32_t cap2, char* name1_out,
                          char* name2_out) AAADOM_NOEXCEPT;

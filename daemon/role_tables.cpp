@@ -118,13 +118,6 @@ void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
     }
 }
 
-/// What switches and flags start as when none are saved; the tables read it when they are made. The
-/// two words are the process's, so both roles write the same.
-void LoadRecordDefaults(DBM_HANDLE handle) {
-    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
-    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
-}
-
 void LoadRecordSettings(DBM_HANDLE handle) {
     RecordSwitches switches{};
     if (DOM_GetRecordEnableInfoFromDB(handle, &switches) == DOM_OK) {
@@ -138,9 +131,13 @@ void LoadRecordSettings(DBM_HANDLE handle) {
 
 }  // namespace
 
+void LoadRecordDefaults(DBM_HANDLE handle) {
+    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
+    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
+}
+
 bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
     report = LoadReport();
-    LoadRecordDefaults(handle);
     if (DOM_DomainInfoTableInit() != DOM_OK) return false;
     bool complete = false;
     try {

@@ -17,12 +17,13 @@ WorkingThread::~WorkingThread() {
     thread_.join();
 }
 
-void WorkingThread::Run(const std::function<void()>& work) {
+void WorkingThread::Run(const std::function<void()>& work, const std::function<void()>& meanwhile) {
     {
         const MutexLock lock(mutex_);
         work_ = &work;
     }
     changed_.notify_all();
+    meanwhile();
     MutexLock lock(mutex_);
     while (work_ != nullptr) lock.Wait(changed_);
 }

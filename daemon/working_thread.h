@@ -20,7 +20,12 @@ class WorkingThread {
 
     /// Runs `work` on the thread and returns when it is done. `work` throws nothing and waits for
     /// no other thread. Called by one thread.
-    void Run(const std::function<void()>& work);
+    void Run(const std::function<void()>& work) {
+        Run(work, [] {});
+    }
+    /// The same, with `meanwhile` run by the caller in the time that `work` takes. Neither may need
+    /// a lock that the other holds for long; `meanwhile` throws nothing either.
+    void Run(const std::function<void()>& work, const std::function<void()>& meanwhile);
 
   private:
     void Loop();

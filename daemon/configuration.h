@@ -64,7 +64,7 @@ class Configuration {
     void Read(Requests reads);
 
     void Load();
-    bool LoadRole(Role role, LoadReport& report);
+    bool LoadRest(Role role);
     void Unload();
     void TidyDatabase(const LoadReport& report);
     void KeepUndecodable(uint32_t index);

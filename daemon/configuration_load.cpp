@@ -53,9 +53,9 @@ void Configuration::Start() {
     Log(Severity::kNotice, "%u domains loaded from %s", report_.domains, state_dir_.c_str());
 }
 
-/// Fills the tables of the calling thread's role, or leaves it without any.
-bool Configuration::LoadRole(Role role, LoadReport& report) {
-    if (!LoadRoleTables(handle_, report)) return false;
+/// Loads what the calling thread's role has beside its domains and settings, or leaves it without
+/// any tables.
+bool Configuration::LoadRest(Role role) {
     const bool tells = role == Role::kConfiguration;  // both find the same
     bool loaded = false;
     try {
@@ -73,11 +73,17 @@ bool Configuration::LoadRole(Role role, LoadReport& report) {
 /// Both roles hold exactly what the database holds, or the daemon ends and is started again.
 void Configuration::Load() {
     Unload();
+    LoadRecordDefaults(handle_);
     LoadReport working_report;
     bool working_loaded = false;
-    const bool configuration_loaded = LoadRole(Role::kConfiguration, report_);
+    bool configuration_loaded = false;
+    // Nearly all of a start is the domains. The roles share none of their tables, so both read at
+    // the same time; what follows is little, and one after the other.
+    working_.Run([&] { working_loaded = LoadRoleTables(handle_, working_report); },
+                 [&] { configuration_loaded = LoadRoleTables(handle_, report_); });
+    configuration_loaded = configuration_loaded && LoadRest(Role::kConfiguration);
     working_.Run([&] {
-        working_loaded = LoadRole(Role::kWorking, working_report);
+        working_loaded = working_loaded && LoadRest(Role::kWorking);
         if (working_loaded && !configuration_loaded) (void)DOM_DomainInfoTableFini();
     });
     if (configuration_loaded && !working_loaded) (void)DOM_DomainInfoTableFini();

@@ -13,6 +13,7 @@
 #include <memory>
 #include <new>
 
+#include "heap_room.h"
 #include "table_lock.h"
 
 namespace aaad {
@@ -52,6 +53,18 @@ bool Exists(const char* name) {
     return DOM_FindDomainByName(name) != nullptr;
 }
 
+/// What a domain takes of the heap, about.
+size_t MemoryOf(const DomainInfo& record) {
+    constexpr size_t kOverhead = 16;
+    size_t bytes = sizeof record + sizeof(ZorvDomain) + DOM_NAME_SIZE + 4 * kOverhead;
+    for (const auto& row : record.method_lists) {
+        for (const MethodList* list : row) {
+            if (list != nullptr) bytes += sizeof *list + kOverhead;
+        }
+    }
+    return bytes;
+}
+
 bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
     std::vector<DomainInfo*> placeholders;
     placeholders.reserve(DOM_MAX_DOMAINS);
@@ -68,6 +81,7 @@ bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
         return true;
     };
 
+    HeapRoom room(DBM_GetEntryNum(handle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN));
     bool complete = true;
     uint32_t next_slot = 0;
     int32_t after = -1;
@@ -86,6 +100,7 @@ bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
             report.stale_indexes.push_back(index);
             continue;
         }
+        room.Used(MemoryOf(*record));
         complete = fill_holes(next_slot, index) && Add(record);
         next_slot = index + 1;
         ++report.domains;
@@ -121,13 +136,6 @@ void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
     }
 }
 
-/// What switches and flags start as when none are saved; the tables read it when they are made. The
-/// two words are the process's, so both roles write the same.
-void LoadRecordDefaults(DBM_HANDLE handle) {
-    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
-    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
-}
-
 void LoadRecordSettings(DBM_HANDLE handle) {
     RecordSwitches switches{};
     if (DOM_GetRecordEnableInfoFromDB(handle, &switches) == DOM_OK) {
@@ -141,9 +149,13 @@ void LoadRecordSettings(DBM_HANDLE handle) {
 
 }  // namespace
 
+void LoadRecordDefaults(DBM_HANDLE handle) {
+    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
+    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
+}
+
 bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
     report = LoadReport();
-    LoadRecordDefaults(handle);
     if (DOM_DomainInfoTableInit() != DOM_OK) return false;
     bool complete = false;
     try {

@@ -21,8 +21,13 @@ struct LoadReport {
     std::vector<uint32_t> undecodable_indexes;
 };
 
+/// Sets what switches and flags start as when none are saved; the tables read it when they are
+/// made. The two words are the process's, so this comes before the tables of any role.
+void LoadRecordDefaults(DBM_HANDLE handle);
+
 /// Initialises the role's tables and loads them. False when memory is short or the tables cannot be
-/// made; they are then torn down. Writes nothing to the database.
+/// made; they are then torn down. Writes nothing to the database. Both roles may do this at the
+/// same time.
 [[nodiscard]] bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report);
 
 }  // namespace aaad

@@ -17,12 +17,13 @@ WorkingThread::~WorkingThread() {
     thread_.join();
 }
 
-void WorkingThread::RunBorrowed(const Work& work) {
+void WorkingThread::RunBorrowed(const Work& work, const Work& meanwhile) {
     {
         const MutexLock lock(mutex_);
         work_ = &work;
     }
     changed_.notify_all();
+    meanwhile();
     MutexLock lock(mutex_);
     while (work_ != nullptr) lock.Wait(changed_);
 }

@@ -23,7 +23,13 @@ class WorkingThread {
     /// can always be finished or taken back.
     template <typename Callable>
     void Run(Callable&& work) {
-        RunBorrowed(Work(work));
+        Run(work, [] {});
+    }
+    /// The same, with `meanwhile` run by the caller in the time that `work` takes. Neither may need
+    /// a lock that the other holds for long; `meanwhile` throws nothing either.
+    template <typename Callable, typename Other>
+    void Run(Callable&& work, Other&& meanwhile) {
+        RunBorrowed(Work(work), Work(meanwhile));
     }
 
   private:
@@ -42,7 +48,7 @@ class WorkingThread {
         void (*call_)(const void* object);
     };
 
-    void RunBorrowed(const Work& work);
+    void RunBorrowed(const Work& work, const Work& meanwhile);
     void Loop();
 
     Mutex mutex_;

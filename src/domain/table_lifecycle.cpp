@@ -36,6 +36,7 @@ AAADOM_NO_TSA uint32_t InitDomainTable(DomainTable& table) noexcept {
     memset(table.default_domain, 0, sizeof table.default_domain);
     memset(table.unknown_domain, 0, sizeof table.unknown_domain);
     table.mib_head = nullptr;
+    table.mib_index.Clear();
     table.mib_walk = nullptr;
     ResetNetConfOrder(table);
     return FailedUnless(table.mutex.Init() == 0);
@@ -50,6 +51,7 @@ void FiniDomainTable(DomainTable& table) noexcept {
             DOM_DestroyDomain(record);
         }
         table.mib_walk = nullptr;
+        table.mib_index.Clear();
         while (ZorvDomain* node = table.mib_head) {
             table.mib_head = node->next;
             dom_FreeSchemeIndexes(*node);

@@ -10,6 +10,7 @@
 #include "base/lock.h"
 #include "base/role.h"
 #include "domain/name_index.h"
+#include "domain/order_index.h"
 
 namespace aaadom {
 
@@ -42,6 +43,9 @@ struct DomainTable {
     const ZorvDomain* mib_walk AAADOM_GUARDED_BY(mutex) = nullptr;
     /// Circular, by strcmp. Null links mean the same as links to itself: empty.
     NetConfDomain netconf AAADOM_GUARDED_BY(mutex){};
+    /// Where a name stands in the two orders; the lists are what counts.
+    OrderIndex<ZorvDomain> mib_index AAADOM_GUARDED_BY(mutex);
+    OrderIndex<NetConfDomain> netconf_index AAADOM_GUARDED_BY(mutex);
 
     constexpr DomainTable() = default;
 

@@ -10,7 +10,15 @@ namespace aaad {
 
 bool LoadNasIdProfiles(DBM_HANDLE handle) {
     std::vector<std::string> names;
-    if (!SavedNasIdProfiles(handle, names)) return false;
+    std::vector<std::string> damaged;
+    if (!SavedNasIdProfiles(handle, names, &damaged)) return false;
+    for (const std::string& key : damaged) {
+        Log(Severity::kError,
+            "saved record \"%s\": it is no NAS-ID profile; it was skipped, the rest is served. "
+            "Delete the profile, after creating it if it is missing, and set it anew; or restore "
+            "the database from a backup",
+            key.c_str());
+    }
     for (const std::string& name : names) {
         const uint32_t added = DOM_ProcNasIdProfileCfg(name.c_str(), DOM_PRESENT, nullptr, nullptr);
         if (added == DOM_NASID_UNCHANGED) {

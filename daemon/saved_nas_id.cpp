@@ -3,25 +3,13 @@
 #include <aaadom/database.h>
 #include <aaadom/db_layout.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
+#include "saved_keys.h"
+
 namespace aaad {
 namespace {
-
-struct NameList : DomProfileNameList {
-    NameList() : DomProfileNameList{} {}
-    ~NameList() {
-        for (DomProfileNameNode* node = head; node != nullptr;) {
-            DomProfileNameNode* next = node->next;
-            free(node);
-            node = next;
-        }
-    }
-    NameList(const NameList&) = delete;
-    NameList& operator=(const NameList&) = delete;
-};
 
 using Entry = char[DOM_DB_NASID_ENTRY_SIZE];
 
@@ -38,19 +26,21 @@ std::optional<NasIdBinding> Read(int32_t length, const Entry& entry) {
 
 static_assert(sizeof(NasIdBinding::nas_id) == DOM_DB_NASID_ENTRY_TEXT_SIZE);
 
-bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names) {
-    NameList list;
-    const uint32_t result = DOM_GetAllNasIdProfileMode(handle, &list);
-    if (result != DOM_OK && result != DOM_ERR_NOT_FOUND) return false;
+bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
+                        std::vector<std::string>* damaged) {
     try {
-        for (const DomProfileNameNode* node = list.head; node != nullptr; node = node->next) {
-            names.emplace_back(node->name, strnlen(node->name, sizeof node->name));
+        for (const SavedKey& key : SavedKeys(handle, DOM_DB_NASID_VLAN)) {
+            const auto name = NameInKey(key, DOM_DB_PREFIX_NASID_PROFILE);
+            if (name && key.kind == DBM_KIND_SORTED) {
+                names.push_back(*name);
+            } else if (damaged != nullptr) {
+                damaged->push_back(key.text);
+            }
         }
+        return true;
     } catch (const std::bad_alloc&) {
         return false;
     }
-    // The library's walk ends early without memory, and does not tell.
-    return names.size() == DBM_GetKeyNumByValueType(handle, DOM_DB_NASID_VLAN);
 }
 
 SavedNasIdBindings::SavedNasIdBindings(DBM_HANDLE handle, const std::string& profile) {

@@ -17,8 +17,10 @@ struct NasIdBinding {
     char nas_id[DOM_NASID_NAME_SIZE];
 };
 
-/// Names in ascending order. False when memory is short; throws nothing.
-bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names);
+/// Names in ascending order. What a database holds in the place of a profile and is none is left
+/// out and, with `damaged`, its key given there. False when memory is short; throws nothing.
+bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
+                        std::vector<std::string>* damaged = nullptr);
 
 /// The bindings of one profile by ascending VLAN.
 class SavedNasIdBindings {

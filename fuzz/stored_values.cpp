@@ -20,7 +20,7 @@ namespace {
 /// How a value is put, bits of a byte.
 enum Way : uint8_t {
     kOtherKind = 1,       // under the key of a list as a binary, and the other way round
-    kOtherValueType = 2,  // the kind's number is the value type
+    kOtherValueType = 2,  // that of another key
     kOtherSlot = 4        // of the array, else the first
 };
 
@@ -50,7 +50,8 @@ void PutStoredValue(const Stage& stage, Input& input) {
     const uint8_t way = input.Byte();
     const std::vector<uint8_t> value = TakeValue(key, input);
     const auto length = static_cast<uint32_t>(value.size());
-    const uint32_t value_type = way & kOtherValueType ? key.kind : key.value_type;
+    const StoredKey& other = kStoredKeys[(way >> 3) % std::size(kStoredKeys)];
+    const uint32_t value_type = way & kOtherValueType ? other.value_type : key.value_type;
     const bool is_list = (key.kind == DBM_KIND_SORTED) != ((way & kOtherKind) != 0);
     const DBM_HANDLE handle = stage.Configuration();
     if (key.kind == DBM_KIND_ARRAY && (way & kOtherKind) == 0) {

@@ -4,7 +4,9 @@
 
 #include <thread>
 
+#include "daemon_log.h"
 #include "daemon_process.h"
+#include "stopped_database.h"
 
 using namespace daemon_test;
 
@@ -253,6 +255,46 @@ TEST_F(DaemonNasId, ManyClientsAtOnceEachReadTheirOwnBindings) {
     for (std::thread& client : clients) client.join();
     EXPECT_EQ(failures, std::vector<int>(kClients, 0));
     EXPECT_EQ(Bindings("shared").size(), size_t{kClients} * kEach);
+}
+
+using DaemonDamagedNasIds = DaemonTestWithLog;
+
+// A key in the place of a NAS-ID profile that was no list ended the daemon at each start: what
+// could not be read there was taken for a want of memory.
+TEST_F(DaemonDamagedNasIds, AreNamedInTheLogAndTheRestIsServed) {
+    ASSERT_EQ(ChangeProfile("good", DOM_OP_SET).result, DOM_NASID_OK);
+    ASSERT_EQ(Bind("good", 10, "nas-a"), DOM_NASID_OK);
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        database.SetBinary("profilename_branch", "x", DOM_DB_NASID_VLAN);
+        database.SetBinary("somethingelse", "x", DOM_DB_NASID_VLAN);
+        const std::string long_name(DOM_NASID_NAME_SIZE, 'n');
+        database.SetBinary("profilename_" + long_name, "x", DOM_DB_NASID_VLAN);
+    }
+    ASSERT_TRUE(StartWithLog());
+    EXPECT_EQ(ListNasIdProfiles(), std::vector<std::string>{"good"});
+    EXPECT_EQ(Bindings("good"), std::vector<std::string>{"10 nas-a"});
+    EXPECT_EQ(LinesWith("\"profilename_branch\""), 1);
+    EXPECT_EQ(LinesWith("\"somethingelse\""), 1);
+    EXPECT_EQ(LinesWith("\"profilename_nnn"), 1);
+}
+
+// The log line says so.
+TEST_F(DaemonDamagedNasIds, AreMendedByDeletingAndSettingTheProfileAnew) {
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        database.SetBinary("profilename_branch", "x", DOM_DB_NASID_VLAN);
+    }
+    ASSERT_TRUE(StartWithLog());
+    (void)ChangeProfile("branch", DOM_OP_SET);
+    EXPECT_EQ(ChangeProfile("branch", DOM_OP_DELETE).result, DOM_NASID_OK);
+    ASSERT_EQ(ChangeProfile("branch", DOM_OP_SET).result, DOM_NASID_OK);
+    ASSERT_EQ(Bind("branch", 10, "nas-a"), DOM_NASID_OK);
+    daemon_.Kill();
+    ASSERT_TRUE(StartWithLog());
+    EXPECT_EQ(Bindings("branch"), std::vector<std::string>{"10 nas-a"});
 }
 
 }  // namespace

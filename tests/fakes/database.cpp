@@ -88,8 +88,8 @@ DbmScope::DbmScope(const char* call, DBM_HANDLE handle, Access access, const voi
     if (key != nullptr) call_.key.assign(static_cast<const char*>(key), key_length);
     Database* database = FindDatabase(handle);
     // A write that meets a storage error spoils the scope in which it is done.
-    if (told_to_fail_ && access == kWrite && database != nullptr && database->depth > 0 &&
-        database->IsUser()) {
+    if (told_to_fail_ && FailedWriteSpoilsScope() && access == kWrite && database != nullptr &&
+        database->depth > 0 && database->IsUser()) {
         database->failed = true;
     }
     if (told_to_fail_ || database == nullptr || database->IsLender()) return;

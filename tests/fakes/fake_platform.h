@@ -76,6 +76,9 @@ inline void FailLock(int n) {
 }
 /// Throwing `new` counts and fails as an allocation, in all threads.
 void FailThrowingNew(bool on);
+/// Whether a DBM write that is told to fail is a storage error, which spoils the scope it stands
+/// in; that is so after Reset. Else the call is merely refused and the scope can be committed.
+void FailedWritesSpoilScopes(bool on);
 /// Every DBM call that can fail does, until switched off.
 void FailAllDbmCalls(bool on);
 /// Whether a switch has fired since the last Fail* call.

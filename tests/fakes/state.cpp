@@ -18,6 +18,7 @@ std::atomic<int> any_remaining{0};
 std::atomic<bool> all_dbm_calls{false};
 std::atomic<bool> tripped{false};
 std::atomic<bool> throwing_new_counted{false};
+std::atomic<bool> failed_writes_spoil{true};
 std::atomic<int> held_locks{0};
 std::atomic<void (*)(const char*)> watcher_of_calls{nullptr};
 std::atomic<const void*> lock_objects[64];
@@ -104,6 +105,13 @@ void FailAny(int n) {
 void FailAllDbmCalls(bool on) {
     all_dbm_calls = on;
 }
+void FailedWritesSpoilScopes(bool on) {
+    failed_writes_spoil = on;
+}
+bool FailedWriteSpoilsScope() {
+    return failed_writes_spoil;
+}
+
 void FailThrowingNew(bool on) {
     throwing_new_counted = on;
 }
@@ -205,6 +213,7 @@ std::vector<std::string> Misuses() {
 void Reset() {
     Inside inside;
     DisarmFailures();
+    failed_writes_spoil = true;
     SetWatcher(nullptr);
     for (auto& known : lock_objects) known = nullptr;
     tripped = false;

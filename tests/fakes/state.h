@@ -16,6 +16,7 @@ bool IsQuiet();
 void NoteMisuse(const std::string& what);
 void NoteLock(int change);
 void NoteLockObject(const void* object);
+bool FailedWriteSpoilsScope();
 /// Whether throwing `new` is an event, too.
 bool IsThrowingNewCounted();
 /// Runs the watcher.

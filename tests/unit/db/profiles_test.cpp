@@ -198,6 +198,7 @@ TYPED_TEST(SavedProfiles, DeletingAMissingProfileFailsAndLeavesASegmentOfItsName
 // Calls of a deletion: is it there, begin, list, segment, commit.
 TYPED_TEST(SavedProfiles, FailedDeletionOfTheListIsTheResultAndTheSegmentGoesAllTheSame) {
     this->Prepare();
+    fake::FailedWritesSpoilScopes(false);
     fake::FailDbmCall(3);
     EXPECT_EQ(this->SaveProfile("profile", 0), DOM_ERR_FAILED);
     EXPECT_TRUE(fake::Tripped());
@@ -207,10 +208,23 @@ TYPED_TEST(SavedProfiles, FailedDeletionOfTheListIsTheResultAndTheSegmentGoesAll
 
 TYPED_TEST(SavedProfiles, ResultOfDeletingTheSegmentDoesNotCount) {
     this->Prepare();
+    fake::FailedWritesSpoilScopes(false);
     fake::FailDbmCall(4);
     EXPECT_EQ(this->SaveProfile("profile", 0), DOM_OK);
     EXPECT_TRUE(fake::Tripped());
     EXPECT_FALSE(this->IsSaved("profile"));
+}
+
+// A storage error takes back the whole deletion, whichever key met it.
+TYPED_TEST(SavedProfiles, DeletionThatMeetsAStorageErrorKeepsBothKeys) {
+    this->Prepare();
+    for (const int call : {3, 4}) {
+        fake::FailDbmCall(call);
+        EXPECT_EQ(this->SaveProfile("profile", 0), DOM_ERR_FAILED);
+        EXPECT_TRUE(fake::Tripped());
+        EXPECT_TRUE(this->IsSaved("profile"));
+        EXPECT_NE(this->StoredSegment(), "(none)");
+    }
 }
 
 TYPED_TEST(SavedProfiles, DeletionThatIsNotCommittedKeepsBothKeys) {

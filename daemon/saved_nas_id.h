@@ -18,7 +18,8 @@ struct NasIdBinding {
 };
 
 /// Names in ascending order. What a database holds in the place of a profile and is none is left
-/// out and, with `damaged`, its key given there. False when memory is short; throws nothing.
+/// out and, with `damaged`, its key given there. False when memory is short or the database
+/// refuses; throws nothing.
 bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
                         std::vector<std::string>* damaged = nullptr);
 

@@ -157,6 +157,10 @@ TEST_F(OpenDamage, RepairInPlaceIsNoticed) {
 
 // LMDB's transaction and its lock are beyond repair then; nothing may wait for them.
 TEST_F(OpenDamage, DamageMetByAChangeEndsTheChangesOfThisProcess) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "a lost writer's lock is never released: the thread sanitizer takes every lock"
+                    " that follows for one in the wrong order";
+#endif
     EXPECT_EQ(InChild([&] {
                   alarm(60);
                   const DBM_HANDLE handle = Filled();

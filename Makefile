@@ -5,7 +5,7 @@ FUZZ_SECONDS ?= 600
 CRASH_KILLS ?= 1000
 PREFIX ?= /usr
 
-.PHONY: help demo test test-fault test-crash sanitize fuzz check abi-update coverage deb test-deb bench install format clean
+.PHONY: help demo test test-fault test-crash sanitize fuzz check tidy abi-update coverage deb test-deb bench install format clean
 help:
 	@echo "make demo      install what is missing, build, show the main job on a real database"
 	@echo "make test      install what is missing, build and run every test"
@@ -14,6 +14,7 @@ help:
 	@echo "make sanitize  the same tests under the address and undefined sanitizers, those with threads under the thread sanitizer"
 	@echo "make fuzz      fuzz every decoder, FUZZ_SECONDS=$(FUZZ_SECONDS) each"
 	@echo "make check     layers, exports, headers, format, thread-safety analysis, unit, ABI"
+	@echo "make tidy      clang-tidy over the product, some minutes"
 	@echo "make abi-update  store the present ABI as the promised one, after a change on purpose"
 	@echo "make coverage  the tests again, and which lines and branches they reach"
 	@echo "make deb       Debian packages, checked by lintian; make test-deb installs and tries them"
@@ -77,6 +78,10 @@ check:
 	cmake --preset release --log-level=WARNING
 	cmake --build --preset release -j $(JOBS) --target aaadom aaaplatform
 	tools/check-abi build/release
+
+tidy:
+	tools/bootstrap tidy
+	JOBS=$(JOBS) tools/check-tidy
 
 abi-update:
 	tools/bootstrap

@@ -98,12 +98,8 @@ void TakeText(char (&field)[DOM_NAME_SIZE], const flatbuffers::String* text) {
 }
 
 bool TakeMethods(DomainInfo& domain, const flat::Methods& methods) {
-    if (methods.aaa_type() >= DOM_AAA_TYPES || methods.service() >= DOM_SERVICES) return false;
-    MethodList*& list = domain.method_lists[methods.aaa_type()][methods.service()];
-    if (list == nullptr) list = DOM_CreateMethodList();
+    MethodList* list = ListToFill(domain, methods.aaa_type(), methods.service());
     if (list == nullptr) return false;
-    list->aaa_type = methods.aaa_type();
-    list->service = methods.service();
     uint32_t position = 0;
     if (methods.items() != nullptr) {
         for (const flat::Method* item : *methods.items()) {
@@ -180,9 +176,7 @@ DomainInfo* FlatbuffersDecode(const void* bytes, size_t length) {
     if (in.methods() != nullptr) {
         for (const flat::Methods* methods : *in.methods()) good &= TakeMethods(*domain, *methods);
     }
-    if (good) return domain;
-    DOM_DestroyDomain(domain);
-    return nullptr;
+    return WholeOrNone(domain, good);
 }
 
 }  // namespace bench

@@ -123,14 +123,11 @@ DomainInfo* ProtobufDecode(const void* bytes, size_t length, google::protobuf::A
     domain->auth_fail_domain_kind = static_cast<uint16_t>(in.auth_fail_kind());
     bool good = in.has_attributes() && TakeAttributes(domain->author_attr, in.attributes());
     for (const auto& methods : in.methods()) {
-        if (methods.aaa_type() >= DOM_AAA_TYPES || methods.service() >= DOM_SERVICES) {
+        MethodList* list = ListToFill(*domain, methods.aaa_type(), methods.service());
+        if (list == nullptr) {
             good = false;
             break;
         }
-        MethodList*& list = domain->method_lists[methods.aaa_type()][methods.service()];
-        if (list == nullptr) list = DOM_CreateMethodList();
-        list->aaa_type = methods.aaa_type();
-        list->service = methods.service();
         for (const auto& item : methods.items()) {
             if (item.position() < DOM_METHODS) list->methods[item.position()] = TakeMethod(item);
         }
@@ -138,11 +135,7 @@ DomainInfo* ProtobufDecode(const void* bytes, size_t length, google::protobuf::A
             domain->service_extras[methods.service()] = TakeMethod(methods.extra());
         }
     }
-    if (!good) {
-        DOM_DestroyDomain(domain);
-        return nullptr;
-    }
-    return domain;
+    return WholeOrNone(domain, good);
 }
 
 }  // namespace bench

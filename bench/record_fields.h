@@ -1,7 +1,7 @@
 // The fields of the attribute block by their type, so that each peer carries all of them.
 #pragma once
 
-#include <aaadom/types.h>
+#include <aaadom/aaadom.h>
 
 #include <algorithm>
 #include <cstring>
@@ -39,6 +39,25 @@ inline void CopyText(char* field, size_t capacity, std::string_view text) {
     const size_t length = std::min(text.size(), capacity - 1);
     memcpy(field, text.data(), length);
     field[length] = '\0';
+}
+
+/// The list that a decoded message fills, made when it is the first for its place. Null when the
+/// place does not exist, and for want of memory.
+inline MethodList* ListToFill(DomainInfo& domain, uint32_t aaa_type, uint32_t service) {
+    if (aaa_type >= DOM_AAA_TYPES || service >= DOM_SERVICES) return nullptr;
+    MethodList*& list = domain.method_lists[aaa_type][service];
+    if (list == nullptr) list = DOM_CreateMethodList();
+    if (list == nullptr) return nullptr;
+    list->aaa_type = aaa_type;
+    list->service = service;
+    return list;
+}
+
+/// The decoded domain; destroyed, and null, when a part of it was not good.
+inline DomainInfo* WholeOrNone(DomainInfo* domain, bool good) {
+    if (good) return domain;
+    DOM_DestroyDomain(domain);
+    return nullptr;
 }
 
 }  // namespace bench

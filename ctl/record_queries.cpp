@@ -11,23 +11,6 @@
 namespace aaactl {
 namespace {
 
-/// The most that the daemon puts into one page.
-constexpr uint32_t kLargestPage = 500;
-/// Bits of DOM_TLV_RECORD_CONDITIONS.
-enum Condition : uint32_t {
-    kOuterVlan = 0x001,
-    kInnerVlan = 0x002,
-    kMac = 0x010,
-    kReason = 0x020,
-    kDomain = 0x040,
-    kUser = 0x080,
-    kInterface = 0x100,
-    kIpv4 = 0x200,
-    kIpv6 = 0x400,
-};
-constexpr uint16_t kVerbose = 0;
-constexpr uint16_t kBrief = 1;
-
 Failure Unreadable() {
     return Failure(kExitRefused, "user records", "the daemon's answer cannot be read",
                    "Use the aaactl of the daemon's release");
@@ -60,23 +43,23 @@ Marked Mark(const RecordFilter& filter) {
     Marked marked;
     UserRecordQuery& query = marked.query;
     const auto mark = [&](bool given, uint32_t bit) { marked.mask |= given ? bit : 0; };
-    mark(filter.outer_vlan.has_value(), kOuterVlan);
+    mark(filter.outer_vlan.has_value(), DOM_RECORD_COND_OUTER_VLAN);
     query.conditions[0] = filter.outer_vlan.value_or(0);
-    mark(filter.inner_vlan.has_value(), kInnerVlan);
+    mark(filter.inner_vlan.has_value(), DOM_RECORD_COND_INNER_VLAN);
     query.conditions[1] = filter.inner_vlan.value_or(0);
-    mark(filter.mac.has_value(), kMac);
+    mark(filter.mac.has_value(), DOM_RECORD_COND_MAC);
     if (filter.mac) std::copy(filter.mac->begin(), filter.mac->end(), query.mac);
-    mark(filter.reason.has_value(), kReason);
+    mark(filter.reason.has_value(), DOM_RECORD_COND_REASON);
     query.condition = filter.reason.value_or(0);
-    mark(filter.domain.has_value(), kDomain);
+    mark(filter.domain.has_value(), DOM_RECORD_COND_DOMAIN);
     CopyText(query.first_name, filter.domain.value_or(""));
-    mark(filter.user.has_value(), kUser);
+    mark(filter.user.has_value(), DOM_RECORD_COND_USER);
     CopyText(query.second_name, filter.user.value_or(""));
-    mark(filter.interface_name.has_value(), kInterface);
+    mark(filter.interface_name.has_value(), DOM_RECORD_COND_INTERFACE);
     CopyText(query.interface_name, filter.interface_name.value_or(""));
-    mark(filter.ipv4.has_value(), kIpv4);
+    mark(filter.ipv4.has_value(), DOM_RECORD_COND_IPV4);
     if (filter.ipv4) std::copy(filter.ipv4->begin(), filter.ipv4->end(), query.ipv4);
-    mark(filter.ipv6.has_value(), kIpv6);
+    mark(filter.ipv6.has_value(), DOM_RECORD_COND_IPV6);
     if (filter.ipv6) std::copy(filter.ipv6->begin(), filter.ipv6->end(), query.ipv6);
     return marked;
 }
@@ -103,10 +86,10 @@ Message NeedMessage(TLV_MSG* message) {
 
 /// The library's question that asks for just this.
 Message Question(const RecordFilter& filter, bool brief, uint32_t limit) {
-    const uint16_t form = brief ? kBrief : kVerbose;
+    const uint16_t form = brief ? DOM_RECORD_FORM_BRIEF : DOM_RECORD_FORM_VERBOSE;
     if (filter.HasConditions()) {
         Marked marked = Mark(filter);
-        if (marked.mask == kReason) {
+        if (marked.mask == DOM_RECORD_COND_REASON) {
             Message request = NeedMessage(
                 DOM_userrecord_tlv_EncodeDisplayRecordReason(form, *filter.reason, filter.list));
             AppendTimes(request.get(), filter);
@@ -229,7 +212,7 @@ bool RecordFilter::HasConditions() const {
 RecordPage ReadRecordPage(Client& client, const RecordFilter& filter, bool brief, uint32_t limit,
                           const RecordPositions& from) {
     CheckFilter(filter);
-    Message request = Question(filter, brief, std::clamp<uint32_t>(limit, 1, kLargestPage));
+    Message request = Question(filter, brief, std::clamp<uint32_t>(limit, 1, DOM_RECORD_PAGE_MAX));
     AppendPositions(request.get(), from);
     RecordPage page;
     const Message reply = Ask(client, std::move(request));

@@ -59,7 +59,11 @@ RecordPage ReadRecordPage(Client& client, const RecordFilter& filter, bool brief
 /// Every record of a list, all three lists for 0.
 uint32_t CountRecords(Client& client, uint16_t list);
 
-enum class TopBy : uint32_t { kReason = 0, kDomain = 1, kInterface = 2 };
+enum class TopBy : uint32_t {
+    kReason = DOM_RECORD_TOP_BY_REASON,
+    kDomain = DOM_RECORD_TOP_BY_DOMAIN,
+    kInterface = DOM_RECORD_TOP_BY_INTERFACE
+};
 struct TopEntry {
     std::string value;  // as the newest record has it; a reason as its code
     uint32_t reason = 0;

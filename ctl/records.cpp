@@ -1,6 +1,6 @@
 #include "records.h"
 
-#include <aaadom/user_record.h>
+#include <aaadom/user_record_query.h>
 
 namespace aaactl {
 namespace {
@@ -20,12 +20,16 @@ constexpr Switch kSwitches[] = {
 struct Method {
     const char* name;
     uint32_t bit;
-    uint16_t BackupMethods::*flag;
 };
 constexpr Method kMethods[] = {
-    {"online_fail", 1, &BackupMethods::online_fail},
-    {"abnormal_offline", 2, &BackupMethods::abnormal_offline},
-    {"normal_offline", 4, &BackupMethods::normal_offline},
+    {"online_fail", 1},
+    {"abnormal_offline", 2},
+    {"normal_offline", 4},
+};
+/// Sets of them.
+struct BackupBits {
+    uint32_t configured = 0;
+    uint32_t by_default = 0;
 };
 
 Message NeedReply(Client& client, const std::string& what, TLV_MSG* request) {
@@ -66,6 +70,24 @@ void CheckFlags(const Row (&rows)[N], const std::string& what, const Json& docum
     }
 }
 
+BackupBits ReadBackupBits(Client& client) {
+    const std::string what = "record backup methods";
+    const Message reply =
+        NeedReply(client, what, DOM_userrecord_tlv_EncodeRecordEnable(DOM_MSG_BACKUP_METHOD));
+    BackupBits bits;
+    if (DOM_userrecord_tlv_DecodeBackupMethodWithDefault(reply.get(), &bits.configured,
+                                                         &bits.by_default) != DOM_OK) {
+        throw Unreadable(what);
+    }
+    return bits;
+}
+
+Json BackupDocument(uint32_t bits) {
+    Json document = Json::object();
+    for (const Method& row : kMethods) document[row.name] = (bits & row.bit) != 0;
+    return document;
+}
+
 }  // namespace
 
 Json ReadRecordSwitches(Client& client) {
@@ -82,15 +104,13 @@ Json ReadRecordSwitches(Client& client) {
 }
 
 Json ReadRecordBackup(Client& client) {
-    const std::string what = "record backup methods";
-    const Message reply =
-        NeedReply(client, what, DOM_userrecord_tlv_EncodeRecordEnable(DOM_MSG_BACKUP_METHOD));
-    BackupMethods methods{};
-    if (DOM_userrecord_tlv_DecodeBackupMethodByStruct(reply.get(), &methods) != DOM_OK) {
-        throw Unreadable(what);
-    }
-    Json document = Json::object();
-    for (const Method& row : kMethods) document[row.name] = methods.*row.flag == 1;
+    return BackupDocument(ReadBackupBits(client).configured);
+}
+
+Json ReadRecordBackupWithDefault(Client& client) {
+    const BackupBits bits = ReadBackupBits(client);
+    Json document = BackupDocument(bits.configured);
+    document["default"] = BackupDocument(bits.by_default);
     return document;
 }
 

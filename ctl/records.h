@@ -10,6 +10,8 @@ namespace aaactl {
 Json ReadRecordSwitches(Client& client);
 /// {"online_fail": true, "abnormal_offline": ..., "normal_offline": ...}
 Json ReadRecordBackup(Client& client);
+/// The same with a member "default": the same object of what applies while nothing is configured.
+Json ReadRecordBackupWithDefault(Client& client);
 
 /// Refuse a document with other members or with values that are no truth values.
 void CheckRecordSwitches(const Json& document);

@@ -7,7 +7,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <new>
 
 #include "saved_nas_id.h"
 
@@ -112,25 +111,14 @@ Message AnswerBinding(const Question& question, uint32_t& refusal) {
     return reply;
 }
 
-/// The working thread, which answers, must not be left by an exception.
-Message WithoutException(Message (*answer)(const Question&, uint32_t&), const Question& question,
-                         uint32_t& refusal) {
-    try {
-        return answer(question, refusal);
-    } catch (const std::bad_alloc&) {
-        refusal = DOM_ERR_FAILED;
-        return nullptr;
-    }
-}
-
 }  // namespace
 
 Message ReadNasIdProfile(const Question& question, uint32_t& refusal) {
-    return WithoutException(AnswerProfile, question, refusal);
+    return WithoutException(refusal, [&] { return AnswerProfile(question, refusal); });
 }
 
 Message ReadNasIdBinding(const Question& question, uint32_t& refusal) {
-    return WithoutException(AnswerBinding, question, refusal);
+    return WithoutException(refusal, [&] { return AnswerBinding(question, refusal); });
 }
 
 }  // namespace aaad

@@ -15,7 +15,6 @@ namespace aaad {
 namespace {
 
 constexpr uint16_t kAllLists = 0;
-constexpr uint16_t kBrief = 1;
 
 bool IsList(uint32_t number) {
     return std::find(kRecordLists.begin(), kRecordLists.end(), number) != kRecordLists.end();
@@ -77,8 +76,8 @@ bool ReadSelector(const Value& value, uint16_t& list) {
 
 bool ReadBrief(const Value& value, bool& brief) {
     uint16_t selector = 0;
-    if (!value.Number16(selector) || selector > kBrief) return false;
-    brief |= selector == kBrief;
+    if (!value.Number16(selector) || selector > DOM_RECORD_FORM_BRIEF) return false;
+    brief |= selector == DOM_RECORD_FORM_BRIEF;
     return true;
 }
 
@@ -133,7 +132,8 @@ std::optional<bool> TakeCondition(uint16_t type, const Value& value, RecordFilte
         case DOM_TLV_QUERY_REASON:
             return filter.has_reason = value.Number32(filter.reason);
         case DOM_TLV_RECORD_CONDITIONS:
-            return value.Number32(filter.conditions) && (filter.conditions & ~kEveryCondition) == 0;
+            return value.Number32(filter.conditions) &&
+                   (filter.conditions & ~DOM_RECORD_COND_ALL) == 0;
         default:
             return std::nullopt;
     }
@@ -190,8 +190,8 @@ bool ReadRecordQuery(TLV_MSG* body, RecordQuery& query) {
                                   });
     if (!readable) return false;
     if (!marks_conditions) query.filter.CountSetConditions();
-    query.page = query.page == 0 ? RecordQuery::kDefaultPage
-                                 : std::min(query.page, RecordQuery::kLargestPage);
+    query.page =
+        query.page == 0 ? RecordQuery::kDefaultPage : std::min(query.page, DOM_RECORD_PAGE_MAX);
     ChooseLists(query, goes_on);
     return true;
 }

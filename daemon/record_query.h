@@ -1,6 +1,7 @@
 // What a record query asks for: codes 71 to 75.
 #pragma once
 
+#include <aaadom/codes.h>
 #include <platform/tlv.h>
 
 #include <cstdint>
@@ -11,7 +12,11 @@
 
 namespace aaad {
 
-enum class TopBy : uint8_t { kReason, kDomain, kInterface };
+enum class TopBy : uint32_t {
+    kReason = DOM_RECORD_TOP_BY_REASON,
+    kDomain = DOM_RECORD_TOP_BY_DOMAIN,
+    kInterface = DOM_RECORD_TOP_BY_INTERFACE
+};
 
 /// Where the walk through a list goes on.
 struct RecordPosition {
@@ -21,7 +26,6 @@ struct RecordPosition {
 
 struct RecordQuery {
     static constexpr uint32_t kDefaultPage = 50;
-    static constexpr uint32_t kLargestPage = 500;
 
     uint16_t list = 0;  // 0 = all
     bool brief = false;

@@ -1,5 +1,6 @@
 #include "record_query_filter.h"
 
+#include <aaadom/codes.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -19,37 +20,38 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right) {
 }  // namespace
 
 void RecordFilter::CountSetConditions() {
-    const auto mark = [&](bool is_set, RecordCondition condition) {
+    const auto mark = [&](bool is_set, uint32_t condition) {
         if (is_set) conditions |= condition;
     };
-    mark(outer_vlan != 0, kConditionOuterVlan);
-    mark(inner_vlan != 0, kConditionInnerVlan);
-    mark(service != 0, kConditionService);
-    mark(condition_reason != 0, kConditionReason);
-    mark(IsSet(mac), kConditionMac);
-    mark(IsSet(ipv4), kConditionIpv4);
-    mark(IsSet(ipv6), kConditionIpv6);
-    mark(!domain.empty(), kConditionDomain);
-    mark(!user.empty(), kConditionUser);
-    mark(!interface.empty(), kConditionInterface);
+    mark(outer_vlan != 0, DOM_RECORD_COND_OUTER_VLAN);
+    mark(inner_vlan != 0, DOM_RECORD_COND_INNER_VLAN);
+    mark(service != 0, DOM_RECORD_COND_SERVICE);
+    mark(condition_reason != 0, DOM_RECORD_COND_REASON);
+    mark(IsSet(mac), DOM_RECORD_COND_MAC);
+    mark(IsSet(ipv4), DOM_RECORD_COND_IPV4);
+    mark(IsSet(ipv6), DOM_RECORD_COND_IPV6);
+    mark(!domain.empty(), DOM_RECORD_COND_DOMAIN);
+    mark(!user.empty(), DOM_RECORD_COND_USER);
+    mark(!interface.empty(), DOM_RECORD_COND_INTERFACE);
 }
 
 bool RecordFilter::Passes(const RecordFields& record) const {
     if (record.time < since || record.time > until) return false;
     if (has_reason && record.reason != reason) return false;
-    const auto holds = [&](RecordCondition condition, auto equal) {
+    const auto holds = [&](uint32_t condition, auto equal) {
         return (conditions & condition) == 0 || equal();
     };
-    return holds(kConditionReason, [&] { return record.reason == condition_reason; }) &&
-           holds(kConditionOuterVlan, [&] { return record.outer_vlan == outer_vlan; }) &&
-           holds(kConditionInnerVlan, [&] { return record.inner_vlan == inner_vlan; }) &&
-           holds(kConditionService, [&] { return record.service == service; }) &&
-           holds(kConditionMac, [&] { return record.mac == mac; }) &&
-           holds(kConditionIpv4, [&] { return record.ipv4 == ipv4; }) &&
-           holds(kConditionIpv6, [&] { return record.ipv6 == ipv6; }) &&
-           holds(kConditionUser, [&] { return record.user == user; }) &&
-           holds(kConditionDomain, [&] { return EqualIgnoringCase(record.domain, domain); }) &&
-           holds(kConditionInterface,
+    return holds(DOM_RECORD_COND_REASON, [&] { return record.reason == condition_reason; }) &&
+           holds(DOM_RECORD_COND_OUTER_VLAN, [&] { return record.outer_vlan == outer_vlan; }) &&
+           holds(DOM_RECORD_COND_INNER_VLAN, [&] { return record.inner_vlan == inner_vlan; }) &&
+           holds(DOM_RECORD_COND_SERVICE, [&] { return record.service == service; }) &&
+           holds(DOM_RECORD_COND_MAC, [&] { return record.mac == mac; }) &&
+           holds(DOM_RECORD_COND_IPV4, [&] { return record.ipv4 == ipv4; }) &&
+           holds(DOM_RECORD_COND_IPV6, [&] { return record.ipv6 == ipv6; }) &&
+           holds(DOM_RECORD_COND_USER, [&] { return record.user == user; }) &&
+           holds(DOM_RECORD_COND_DOMAIN,
+                 [&] { return EqualIgnoringCase(record.domain, domain); }) &&
+           holds(DOM_RECORD_COND_INTERFACE,
                  [&] { return EqualIgnoringCase(record.interface, interface); });
 }
 

@@ -10,28 +10,13 @@
 
 namespace aaad {
 
-/// Bits of TLV F012: the conditions that count.
-enum RecordCondition : uint32_t {
-    kConditionOuterVlan = 0x001,
-    kConditionInnerVlan = 0x002,
-    kConditionService = 0x004,
-    kConditionMac = 0x010,
-    kConditionReason = 0x020,
-    kConditionDomain = 0x040,
-    kConditionUser = 0x080,
-    kConditionInterface = 0x100,
-    kConditionIpv4 = 0x200,
-    kConditionIpv6 = 0x400,
-    kEveryCondition = 0x7F7
-};
-
 struct RecordFilter {
     uint32_t since = 0;
     uint32_t until = std::numeric_limits<uint32_t>::max();  // inclusive
     bool has_reason = false;
     uint32_t reason = 0;
 
-    uint32_t conditions = 0;  // RecordCondition
+    uint32_t conditions = 0;  // DOM_RECORD_COND_...
     uint16_t outer_vlan = 0;
     uint16_t inner_vlan = 0;
     uint16_t service = 0;

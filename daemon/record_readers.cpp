@@ -1,7 +1,7 @@
 #include "record_readers.h"
 
 #include <aaadom/record_switches.h>
-#include <aaadom/user_record.h>
+#include <aaadom/user_record_query.h>
 
 namespace aaad {
 
@@ -12,7 +12,8 @@ Message ReadRecordSwitches(const Question&, uint32_t& refusal) {
 }
 
 Message ReadBackupMethods(const Question&, uint32_t& refusal) {
-    Message reply(DOM_userrecord_tlv_EncodeBackupMethod(DOM_GetAllRecordBackupMethodToUint()));
+    Message reply(DOM_userrecord_tlv_EncodeBackupMethodWithDefault(
+        DOM_GetAllRecordBackupMethodToUint(), DOM_GetUserRecordBackupMethodDefault()));
     if (!reply) refusal = DOM_ERR_FAILED;
     return reply;
 }

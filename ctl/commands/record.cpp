@@ -28,22 +28,38 @@ std::string KeptLine(const Json& switches) {
     return "new records are kept in:" + (lists.empty() ? " no list" : lists);
 }
 
-class Show : public Command {
+const char* OnOff(const Json& on) {
+    return on.get<bool>() ? "on" : "off";
+}
+
+class ShowSwitches : public Command {
   public:
-    Show(const char* object, const char* help, Json (*read)(Client&))
-        : Command({"record", object, "show"}, help), read_(read) {}
+    ShowSwitches() : Command({"record", "switch", "show"}, "Show which user records are kept") {}
     void Define(CLI::App&) override {}
     void Run(Context& context) override {
-        const Json flags = read_(context.client);
-        for (const auto& [name, on] : flags.items()) {
-            context.output.Line(Word(name) + "  " + (on.get<bool>() ? "on" : "off"));
+        const Json switches = ReadRecordSwitches(context.client);
+        for (const auto& [name, on] : switches.items()) {
+            context.output.Line(Word(name) + "  " + OnOff(on));
         }
-        if (Path()[1] == "switch") context.output.Line(KeptLine(flags));
-        context.output.Result(flags);
+        context.output.Line(KeptLine(switches));
+        context.output.Result(switches);
     }
+};
 
-  private:
-    Json (*read_)(Client&);
+class ShowBackup : public Command {
+  public:
+    ShowBackup()
+        : Command({"record", "backup", "show"},
+                  "Show which user records are backed up, and which are while nothing is set") {}
+    void Define(CLI::App&) override {}
+    void Run(Context& context) override {
+        const Json methods = ReadRecordBackupWithDefault(context.client);
+        for (const auto& [name, by_default] : methods.at("default").items()) {
+            context.output.Line(Word(name) + "  " + OnOff(methods.at(name)) + "  default " +
+                                OnOff(by_default));
+        }
+        context.output.Result(methods);
+    }
 };
 
 class Set : public Command {
@@ -75,15 +91,13 @@ class Set : public Command {
 
 void AddRecordCommands(Commands& commands) {
     using namespace record_commands;
-    commands.push_back(
-        std::make_unique<Show>("switch", "Show which user records are kept", ReadRecordSwitches));
+    commands.push_back(std::make_unique<ShowSwitches>());
     commands.push_back(
         std::make_unique<Set>("switch", "Keep user records or not",
                               std::vector<std::string>{"online-fail", "offline-all",
                                                        "offline-normal", "offline-abnormal"},
                               SetRecordSwitch));
-    commands.push_back(std::make_unique<Show>("backup", "Show which user records are backed up",
-                                              ReadRecordBackup));
+    commands.push_back(std::make_unique<ShowBackup>());
     commands.push_back(std::make_unique<Set>(
         "backup", "Back user records up or not",
         std::vector<std::string>{"online-fail", "abnormal-offline", "normal-offline"},

@@ -11,7 +11,6 @@
 namespace aaactl {
 namespace record_list_commands {
 
-constexpr uint32_t kPage = 500;
 constexpr const char* kDefaultLimit = "50";
 
 bool IsSerial(const std::string& word) {
@@ -80,7 +79,8 @@ class List : public Command {
         uint64_t shown = 0;
         uint64_t looked_at = 0;
         do {
-            const auto wanted = static_cast<uint32_t>(std::min<uint64_t>(kPage, limit - shown));
+            const auto wanted =
+                static_cast<uint32_t>(std::min<uint64_t>(DOM_RECORD_PAGE_MAX, limit - shown));
             RecordPage page = ReadRecordPage(context.client, filter, brief_, wanted, next);
             looked_at += page.looked_at;
             output.ClearProgress();

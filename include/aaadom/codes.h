@@ -246,6 +246,29 @@ enum DomTlvType {
     DOM_TLV_RECORD_TOP_ENTRY = 0xF014   /* sub: 163 and one of 165, 170, 174 */
 };
 
+/* Bits of DOM_TLV_RECORD_CONDITIONS. */
+#define DOM_RECORD_COND_OUTER_VLAN 0x001u
+#define DOM_RECORD_COND_INNER_VLAN 0x002u
+#define DOM_RECORD_COND_SERVICE 0x004u
+#define DOM_RECORD_COND_MAC 0x010u
+#define DOM_RECORD_COND_REASON 0x020u
+#define DOM_RECORD_COND_DOMAIN 0x040u
+#define DOM_RECORD_COND_USER 0x080u
+#define DOM_RECORD_COND_INTERFACE 0x100u
+#define DOM_RECORD_COND_IPV4 0x200u
+#define DOM_RECORD_COND_IPV6 0x400u
+#define DOM_RECORD_COND_ALL 0x7F7u
+
+/* Values of DOM_TLV_RECORD_TOP_BY: what the counts of code 75 are by. */
+#define DOM_RECORD_TOP_BY_REASON 0u
+#define DOM_RECORD_TOP_BY_DOMAIN 1u
+#define DOM_RECORD_TOP_BY_INTERFACE 2u
+
+/* Forms of a record in an answer (TLV 150 and 162), and the most that one answer holds. */
+#define DOM_RECORD_FORM_VERBOSE 0u
+#define DOM_RECORD_FORM_BRIEF 1u
+#define DOM_RECORD_PAGE_MAX 500u
+
 /* Network-order method item: its own number space, stored with the policies. */
 enum DomMethodItemTlv {
     DOM_ITEM_TLV_POSITION = 1, /* UINT32 big-endian */

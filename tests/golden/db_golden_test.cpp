@@ -9,15 +9,12 @@
 #include <aaadom/results.h>
 #include <aaadom/session.h>
 #include <aaadom/settings.h>
-#include <gtest/gtest.h>
-#include <platform/dbm.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "tests/golden/hex_file.h"
+#include "tests/golden/temporary_database.h"
 
 namespace {
 
@@ -57,26 +54,22 @@ void PrintTo(const StoredRecord& record, std::ostream* out) {
     *out << record.golden;
 }
 
-class DbGolden : public ::testing::TestWithParam<StoredRecord> {
+class DbGolden : public golden::TemporaryDatabase,
+                 public ::testing::WithParamInterface<StoredRecord> {
   protected:
     void SetUp() override {
-        char pattern[] = "/tmp/aaadom-db-golden-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        directory_ = pattern;
-        ASSERT_EQ(DBM_SetRoot(directory_.c_str(), directory_.c_str()), 0u);
+        TemporaryDatabase::SetUp();
+        if (HasFatalFailure()) return;
         ASSERT_EQ(DOM_DomainInfoTableInit(), DOM_OK);
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
         DOM_SetDomainDBMHandle(handle_);
     }
     void TearDown() override {
         DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
         DOM_SetDeviceID(0);
         DOM_SetUserRecordEnableDefault(0);
         DOM_SetUserRecordBackupMethodDefault(0);
         DOM_DomainInfoTableFini();
-        std::filesystem::remove_all(directory_);
+        TemporaryDatabase::TearDown();
     }
 
     /// The table's state that the golden files show.
@@ -153,11 +146,6 @@ class DbGolden : public ::testing::TestWithParam<StoredRecord> {
                       0u);
         }
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    std::string directory_;
 };
 
 TEST_P(DbGolden, SavingWritesTheFile) {

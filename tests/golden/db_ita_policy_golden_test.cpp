@@ -3,39 +3,31 @@
 #include <aaadom/accounting_policy_codec.h>
 #include <aaadom/database.h>
 #include <aaadom/results.h>
-#include <gtest/gtest.h>
-#include <platform/dbm.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "tests/golden/hex_file.h"
 #include "tests/golden/sample_policy.h"
+#include "tests/golden/temporary_database.h"
 
 namespace {
 
 const std::string kCurrentKey("dom-tlv-ita-policy-gold\0", 24);
 const std::string kOldKey("dom-ita-policy-gold\0", 20);
 
-class ItaPolicyDbGolden : public ::testing::Test {
+class ItaPolicyDbGolden : public golden::TemporaryDatabase {
   protected:
     void SetUp() override {
-        char pattern[] = "/tmp/aaadom-ita-golden-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        directory_ = pattern;
-        ASSERT_EQ(DBM_SetRoot(directory_.c_str(), directory_.c_str()), 0u);
+        TemporaryDatabase::SetUp();
+        if (HasFatalFailure()) return;
         ASSERT_EQ(DOM_ita_policy_Init(), DOM_OK);
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
         DOM_ita_db_SetGlobalHandle(handle_);
     }
     void TearDown() override {
         DOM_ita_db_SetGlobalHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
         DOM_ita_policy_Fini();
-        std::filesystem::remove_all(directory_);
+        TemporaryDatabase::TearDown();
     }
     std::string Get(const std::string& key) const {
         std::string value(DOM_DB_VALUE_MAX, '\0');
@@ -64,11 +56,6 @@ class ItaPolicyDbGolden : public ::testing::Test {
         EXPECT_EQ(policy->quota_out_state, want.quota_out_state);
         DOM_ita_policy_DestroyPolicy(policy);
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    std::string directory_;
 };
 
 TEST_F(ItaPolicyDbGolden, SavingWritesTheFile) {

@@ -2,16 +2,13 @@
 // value types are written out here, so that a changed registry does not change the test.
 #include <aaadom/database.h>
 #include <aaadom/results.h>
-#include <gtest/gtest.h>
-#include <platform/dbm.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tests/golden/hex_file.h"
+#include "tests/golden/temporary_database.h"
 
 namespace {
 
@@ -52,21 +49,17 @@ const Family kAuthor{"Author",
                      68,
                      36};
 
-class ProfileRecordGolden : public ::testing::TestWithParam<Family> {
+class ProfileRecordGolden : public golden::TemporaryDatabase,
+                            public ::testing::WithParamInterface<Family> {
   protected:
     void SetUp() override {
-        char pattern[] = "/tmp/aaadom-db-golden-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        directory_ = pattern;
-        ASSERT_EQ(DBM_SetRoot(directory_.c_str(), directory_.c_str()), 0u);
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
+        TemporaryDatabase::SetUp();
+        if (HasFatalFailure()) return;
         DOM_SetDomainDBMHandle(handle_);
     }
     void TearDown() override {
         DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
-        std::filesystem::remove_all(directory_);
+        TemporaryDatabase::TearDown();
     }
 
     static uint32_t Save(uint32_t type, uint16_t operation = 1) {
@@ -109,11 +102,6 @@ class ProfileRecordGolden : public ::testing::TestWithParam<Family> {
         DBM_FreeIterator(iterator);
         return slot;
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    std::string directory_;
 };
 
 TEST_P(ProfileRecordGolden, SavingAVpnWritesTheFile) {

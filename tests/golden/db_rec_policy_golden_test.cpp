@@ -2,49 +2,36 @@
 #include <aaadom/database.h>
 #include <aaadom/recording_policy.h>
 #include <aaadom/results.h>
-#include <gtest/gtest.h>
-#include <platform/dbm.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "tests/golden/hex_file.h"
 #include "tests/golden/sample_policy.h"
+#include "tests/golden/temporary_database.h"
 
 namespace {
 
 const std::string kKey("connection-recording-policy\0", 28);
 
-class RecPolicyDbGolden : public ::testing::Test {
+class RecPolicyDbGolden : public golden::TemporaryDatabase {
   protected:
     void SetUp() override {
-        char pattern[] = "/tmp/aaadom-rec-golden-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        directory_ = pattern;
-        ASSERT_EQ(DBM_SetRoot(directory_.c_str(), directory_.c_str()), 0u);
+        TemporaryDatabase::SetUp();
+        if (HasFatalFailure()) return;
         ASSERT_EQ(DOM_Rec_policy_Init(), DOM_OK);
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
         DOM_Rec_db_SetGlobalHandle(handle_);
     }
     void TearDown() override {
         DOM_Rec_db_SetGlobalHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
         DOM_Rec_policy_Fini();
-        std::filesystem::remove_all(directory_);
+        TemporaryDatabase::TearDown();
     }
     static void SaveSample() {
         ASSERT_EQ(DOM_Rec_CreatePolicy(0), DOM_OK);
         ASSERT_EQ(DOM_Rec_policy_SetAcctScheme(0, golden::SamplePolicy().acct_scheme), DOM_OK);
         ASSERT_EQ(DOM_Rec_db_SetPolicy(0, 1), DOM_OK);
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    std::string directory_;
 };
 
 TEST_F(RecPolicyDbGolden, SavingWritesTheFile) {

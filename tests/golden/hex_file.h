@@ -1,9 +1,12 @@
 // Golden files: bytes as hexadecimal digits, blanks between, '#' starts a comment.
 #pragma once
 
+#include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace golden {
 
@@ -42,6 +45,18 @@ inline std::string ToHex(const std::string& bytes) {
         text += ' ';
     }
     return text;
+}
+
+/// The files of all messages, sorted.
+inline std::vector<std::string> MessageFiles() {
+    std::vector<std::string> names;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::string(AAADOM_SOURCE_DIR) + "/tests/golden")) {
+        const std::string name = entry.path().stem();
+        if (entry.path().extension() == ".hex" && name.rfind("msg_", 0) == 0) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 }  // namespace golden

@@ -1,8 +1,10 @@
 #include <aaadom/results.h>
 #include <aaadom/user_record_query.h>
 #include <gtest/gtest.h>
+#include <platform/aaa_tlv.h>
 
 #include <cstring>
+#include <map>
 
 #include "base/message.h"
 #include "base/text.h"
@@ -44,6 +46,27 @@ GoldenMessage Conditions(const char* file, const UserRecordQuery& query) {
                 EXPECT_EQ(DOM_userrecord_tlv_DecodeDisRecordMultParas(msg, &read), DOM_OK);
                 EXPECT_EQ(memcmp(&read, &query, sizeof read), 0);
             }};
+}
+
+/// What a daemon takes: it refuses the selector and the condition that the sample sets.
+UserRecordQuery TopQuery() {
+    UserRecordQuery query = SampleQuery();
+    query.second_selector = DOM_RECORD_FORM_VERBOSE;
+    query.conditions[3] = 0;
+    return query;
+}
+
+/// The library's conditions with what only a daemon reads behind them.
+TLV_MSG* TopQuestion() {
+    const UserRecordQuery query = TopQuery();
+    aaadom::TlvPtr msg(DOM_userrecord_tlv_EncodeDisRecordMultParas(DOM_MSG_RECORD_TOP, &query));
+    if (msg == nullptr ||
+        TLV_Append_UINT(msg.get(), DOM_TLV_RECORD_CONDITIONS,
+                        DOM_RECORD_COND_REASON | DOM_RECORD_COND_INTERFACE) != 0 ||
+        TLV_Append_UINT(msg.get(), DOM_TLV_RECORD_TOP_BY, DOM_RECORD_TOP_BY_DOMAIN) != 0) {
+        return nullptr;
+    }
+    return msg.release();
 }
 
 }  // namespace
@@ -97,6 +120,17 @@ std::vector<GoldenMessage> RecordQueryGoldens() {
              EXPECT_EQ(query.list_selector, DOM_RECORD_ABNORMAL_OFFLINE);
              EXPECT_EQ(query.second_selector, 1);
              EXPECT_EQ(query.reason, 2119u);
+         }},
+        {"msg_075_record_top", DOM_MSG_RECORD_TOP, TopQuestion,
+         [](TLV_MSG* msg) {
+             UserRecordQuery query{};
+             EXPECT_EQ(DOM_userrecord_tlv_DecodeDisRecordMultParas(msg, &query), DOM_OK);
+             const UserRecordQuery want = TopQuery();
+             EXPECT_EQ(memcmp(&query, &want, sizeof query), 0);
+             std::map<uint16_t, uint32_t> numbers;
+             for (aaadom::TlvItem item : aaadom::TlvWalk(msg)) numbers[item.Type()] = item.U32();
+             EXPECT_EQ(numbers[DOM_TLV_RECORD_CONDITIONS], 0x120u);
+             EXPECT_EQ(numbers[DOM_TLV_RECORD_TOP_BY], 1u);
          }},
         {"msg_164_backup_method_default", DOM_MSG_BACKUP_METHOD,
          [] { return DOM_userrecord_tlv_EncodeBackupMethodWithDefault(6, 1); },

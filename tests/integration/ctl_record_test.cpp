@@ -4,6 +4,7 @@
 #include "integration/ctl_process.h"
 #include "integration/record_query_client.h"
 #include "integration/record_reports.h"
+#include "integration/stopped_database.h"
 
 using namespace daemon_test;
 
@@ -110,6 +111,39 @@ TEST_F(CtlRecords, ShowWantsANumber) {
     const CtlAnswer answer = RunCtl(daemon_, "record show normal newest");
     EXPECT_EQ(answer.status, 2);
     EXPECT_NE(answer.text.find("record number \"newest\""), std::string::npos) << answer.text;
+}
+
+// The saved default comes from another program of the device; nothing is configured over it.
+TEST_F(CtlRecords, BackupShowsWhatAppliesWhileNothingIsSet) {
+    ASSERT_EQ(daemon_.Terminate(), 0);
+    {
+        StoppedDatabase database(daemon_);
+        DOM_SetDomainDBMHandle(database.Handle());
+        DOM_SetUserRecordBackupMethodDefault(5);
+        EXPECT_EQ(DOM_SetRecordBackupMethodDefaultToDB(), DOM_OK);
+        DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
+    }
+    ASSERT_TRUE(daemon_.Start());
+    (void)Answer("record backup set online-fail off");
+    EXPECT_EQ(Answer("record backup show"),
+              "online-fail  off  default on\n"
+              "abnormal-offline  off  default off\n"
+              "normal-offline  on  default on\n");
+    EXPECT_EQ(Answer("record backup show --json"),
+              R"({
+  "ok": true,
+  "result": {
+    "online_fail": false,
+    "abnormal_offline": false,
+    "normal_offline": true,
+    "default": {
+      "online_fail": true,
+      "abnormal_offline": false,
+      "normal_offline": true
+    }
+  }
+}
+)");
 }
 
 TEST_F(CtlRecords, ReportWithoutDaemonSaysSo) {

@@ -60,17 +60,6 @@ class DaemonAccess : public DaemonTestWithLog {
     std::vector<Bytes> before_;
 };
 
-std::vector<std::string> GoldenMessages() {
-    std::vector<std::string> names;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::string(AAADOM_SOURCE_DIR) + "/tests/golden")) {
-        const std::string name = entry.path().stem();
-        if (entry.path().extension() == ".hex" && name.rfind("msg_", 0) == 0) names.push_back(name);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 Message Golden(const std::string& name) {
     const std::string image = golden::ReadHexFile(name);
     return Message(TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(image.data()),
@@ -92,7 +81,7 @@ uint32_t ResultOfPacket(const Bytes& packet, uint16_t endpoint = DOM_LIPC_SUB_EN
 TEST_F(DaemonAccess, StrangersChangesOfEveryCodeAreRefused) {
     AsStranger([] {
         int denied = 0;
-        for (const std::string& name : GoldenMessages()) {
+        for (const std::string& name : golden::MessageFiles()) {
             const Message body = Golden(name);
             ASSERT_TRUE(body) << name;
             for (uint32_t operation = 0; operation <= 8; ++operation) {
@@ -114,7 +103,7 @@ TEST_F(DaemonAccess, StrangersChangesOfEveryCodeAreRefused) {
 
 TEST_F(DaemonAccess, StrangersReportsAreRefused) {
     AsStranger([] {
-        for (const std::string& name : GoldenMessages()) {
+        for (const std::string& name : golden::MessageFiles()) {
             const Message body = Golden(name);
             const uint16_t endpoint = DOM_LIPC_RECORD_SUB_ENDPOINT;
             EXPECT_NE(ResultOfPacket(Image(body.get()), endpoint), DOM_OK) << name;

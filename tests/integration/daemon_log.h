@@ -11,12 +11,14 @@
 
 namespace daemon_test {
 
-/// A test that starts the daemon with its lines in a file.
-class DaemonTestWithLog : public DaemonTest {
+/// A test that starts its daemon with the lines in a file, which lies beside the daemon's
+/// directories: they may be full or not there yet.
+template <class Test>
+class WithLog : public Test {
   protected:
     bool StartWithLog(const std::function<void()>& in_child = {}) {
         const std::string path = LogPath();
-        return daemon_.Start({}, [&] {
+        return this->daemon_.Start({}, [&] {
             if (freopen(path.c_str(), "w", stderr) == nullptr) _exit(126);
             if (in_child) in_child();
         });
@@ -32,8 +34,9 @@ class DaemonTestWithLog : public DaemonTest {
         return lines;
     }
 
-  private:
-    std::string LogPath() const { return daemon_.StateDir() + ".log"; }
+    std::string LogPath() const { return this->daemon_.StateDir() + ".log"; }
 };
+
+using DaemonTestWithLog = WithLog<DaemonTest>;
 
 }  // namespace daemon_test

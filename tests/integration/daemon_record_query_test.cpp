@@ -3,6 +3,7 @@
 
 #include "record_query_client.h"
 #include "record_reports.h"
+#include "tests/golden/hex_file.h"
 
 using namespace daemon_test;
 
@@ -316,6 +317,31 @@ TEST_F(DaemonRecordQuery, TheLongestNamesAreFound) {
         .Text(DOM_TLV_QUERY_FIRST_NAME, std::string(255, 'D'))
         .Text(DOM_TLV_QUERY_INTERFACE, interface);
     EXPECT_EQ(AskPage(std::move(query)).Users(), Names{user});
+}
+
+// Neither bytes come from a codec of the library alone.
+TEST_F(DaemonRecordQuery, TheGoldenQuestionForCountsGetsTheGoldenAnswer) {
+    const auto add = [](const std::string& domain, uint32_t reason) {
+        Add(kOnline, "user", 1, [&](UserRecord& record) {
+            strcpy(record.first_name, domain.c_str());
+            strcpy(record.interface_name, "ETH1/0/7");
+            record.second_number = reason;
+        });
+    };
+    add("isp-b.example", 15);
+    add("ISP-B.example", 15);
+    add("isp-a.example", 15);
+    add("isp-a.example", 16);
+    std::string image = golden::ReadHexFile("msg_075_record_top");
+    const Answer answer =
+        Ask(TLV_CreateReceiveMsg(TLV_FORM_BUFFER, reinterpret_cast<uintptr_t>(image.data()),
+                                 static_cast<uint32_t>(image.size())),
+            DOM_OP_GET);
+    ASSERT_EQ(answer.kind, DOM_REPLY_KIND_DATA);
+    std::string got(TLV_GetMsgLen(answer.body.get(), TLV_FORM_BUFFER), '\0');
+    got.resize(TLV_Flush(answer.body.get(), TLV_FORM_BUFFER, static_cast<uint32_t>(got.size()),
+                         reinterpret_cast<uintptr_t>(got.data())));
+    EXPECT_EQ(golden::ToHex(got), golden::ToHex(golden::ReadHexFile("reply_record_top")));
 }
 
 TEST_F(DaemonRecordQuery, OneRecordIsFoundByItsNumber) {

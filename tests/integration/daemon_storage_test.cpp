@@ -10,6 +10,7 @@
 #include <functional>
 #include <random>
 
+#include "daemon_log.h"
 #include "record_reports.h"
 
 using namespace daemon_test;
@@ -30,24 +31,14 @@ std::string Name(int number) {
     return "domain-" + std::to_string(number);
 }
 
-class DaemonStorage : public ::testing::Test {
+/// Its daemon starts when the stage is set.
+class UnstartedDaemon : public ::testing::Test {
   protected:
-    /// The log lies beside the directories of the daemon, which may be full or not there yet.
-    bool StartWithLog(const std::function<void()>& in_child = {}) {
-        const std::string path = LogPath();
-        return daemon_.Start({}, [&] {
-            if (freopen(path.c_str(), "w", stderr) == nullptr) _exit(126);
-            if (in_child) in_child();
-        });
-    }
-    int LinesWith(const std::string& text) const {
-        std::ifstream file(LogPath());
-        int lines = 0;
-        for (std::string line; std::getline(file, line);)
-            lines += line.find(text) != std::string::npos;
-        return lines;
-    }
-    std::string LogPath() const { return daemon_.StateDir() + ".log"; }
+    DaemonProcess daemon_;
+};
+
+class DaemonStorage : public WithLog<UnstartedDaemon> {
+  protected:
     std::string Data() const { return daemon_.StateDir() + "/DOM_DB/data.mdb"; }
     std::string RunData() const { return daemon_.RunDir() + "/gRECORD/data.mdb"; }
 
@@ -83,8 +74,6 @@ class DaemonStorage : public ::testing::Test {
         EXPECT_GE(LinesWith("could not be saved and were taken back"), 1);
         EXPECT_TRUE(daemon_.IsRunning());
     }
-
-    DaemonProcess daemon_;
 };
 
 // --- No room ---------------------------------------------------------------------------------

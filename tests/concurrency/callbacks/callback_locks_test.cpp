@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 #include <set>
 #include <string>
@@ -256,20 +255,8 @@ TEST_P(CallbackLocks, OperationsThatSendHoldNone) {
     }
 }
 
-/// The messages of all codes, as their golden files have them.
-std::vector<std::string> GoldenMessages() {
-    std::vector<std::string> names;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::string(AAADOM_SOURCE_DIR) + "/tests/golden")) {
-        const std::string name = entry.path().stem();
-        if (entry.path().extension() == ".hex" && name.rfind("msg_", 0) == 0) names.push_back(name);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 TEST_P(CallbackLocks, MessagesOfEveryCodeAreAppliedAndSavedWithoutOne) {
-    const std::vector<std::string> names = GoldenMessages();
+    const std::vector<std::string> names = golden::MessageFiles();
     ASSERT_GT(names.size(), 60u);
     std::set<std::string> calls;
     // Twice: what the first round refuses for want of its domain or profile the second one saves.
@@ -349,7 +336,7 @@ TEST_P(CallbackLocks, ReadersOfTheDatabaseHoldNone) {
 // A lock that is added to the library has to be added above.
 TEST_P(CallbackLocks, EveryLockThatTheLibraryTakesIsTried) {
     for (const SendingOperation& operation : SendingOperations()) operation.run();
-    for (const std::string& name : GoldenMessages()) {
+    for (const std::string& name : golden::MessageFiles()) {
         const TlvPtr body = Golden(name);
         const TlvPtr msg(AAA_AddOpHead(DOM_OP_SET, body.get()));
         (void)DOM_RestoreData(msg.get(), kSave, 0, 0, nullptr, nullptr);

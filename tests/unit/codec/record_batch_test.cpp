@@ -4,6 +4,7 @@
 #include <aaadom/user_record.h>
 
 #include "tests/golden/sample_record.h"
+#include "unit/batch_sync.h"
 #include "unit/codec/codec_test_support.h"
 
 namespace {
@@ -72,20 +73,11 @@ class RecordBatch : public CodecTest {
     Types InBatch() const { return TypesOf(batch_.get()); }
     Types InScratch() const { return TypesOf(scratch_.get()); }
 
-    /// The body of the n-th message that was sent; checks the heads: (7, 4) and operation 0.
+    /// The body of the n-th message that was sent.
     static TlvPtr Body(size_t n) {
         EXPECT_LT(n, standby.images.size());
         if (n >= standby.images.size()) return nullptr;
-        const TlvPtr sent(fake::Parse(standby.images[n]));
-        TLV_ITER* it = TLV_GetFirst(sent.get());
-        EXPECT_EQ(AAA_GetUINTTlvValue(sent.get(), it), 7u);
-        it = TLV_GetNext(sent.get(), it);
-        EXPECT_EQ(AAA_GetUINTTlvValue(sent.get(), it), 4u);
-        const TlvPtr request(AAA_DelAaadHead(sent.get()));
-        uint32_t operation = 99;
-        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
-        EXPECT_EQ(operation, 0u);
-        return body;
+        return aaadom::BodyInHeads(standby.images[n], 7, 4, DOM_OP_SET);
     }
     static std::vector<uint64_t> SerialsOf(TLV_MSG* msg) {
         std::vector<uint64_t> serials;

@@ -11,42 +11,17 @@
 #include <aaadom/results.h>
 #include <aaadom/settings.h>
 #include <aaadom/settings_codec.h>
-#include <gtest/gtest.h>
 #include <platform/aaa_tlv.h>
 
 #include <string>
 
 #include "base/message.h"
-#include "fakes/fake_platform.h"
-#include "fakes/role.h"
+#include "unit/both_roles.h"
 
 namespace aaadom {
 
-class RestoreTest : public ::testing::Test {
+class RestoreTest : public SavedRolesTest<DOM_SetDomainDBMHandle> {
   protected:
-    void SetUp() override {
-        fake::Reset();
-        live_before_ = fake::LiveMessages();
-        ASSERT_EQ(fake::InitBothRoles(), DOM_OK);
-        fake::role_of_this_thread = fake::kConfigRole;
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
-        DOM_SetDomainDBMHandle(handle_);
-        fake::ClearDbmCalls();
-    }
-    void TearDown() override {
-        fake::DisarmFailures();
-        EXPECT_EQ(fake::HeldLocks(), 0);
-        for (const fake::DbmCall& call : fake::DbmCalls())
-            EXPECT_EQ(call.held_locks, 0) << call.call << " with the table locked";
-        DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        (void)fake::FiniBothRoles();
-        EXPECT_EQ(fake::LiveMessages(), live_before_);
-        EXPECT_TRUE(fake::Misuses().empty());
-    }
-
     /// `body` is consumed.
     uint32_t Restore(TLV_MSG* body, uint32_t op, uint16_t save) {
         const TlvPtr inner(body);
@@ -81,12 +56,8 @@ class RestoreTest : public ::testing::Test {
         return fake::DbmCalls("DBM_SetArray").size() + fake::DbmCalls("DBM_SetBinary").size();
     }
 
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
     char name1_[DOM_NAME_SIZE] = "untouched";
     char name2_[32] = "untouched";
-
-  private:
-    int64_t live_before_ = 0;
 };
 
 }  // namespace aaadom

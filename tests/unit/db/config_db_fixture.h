@@ -10,7 +10,6 @@
 #include <aaadom/results.h>
 #include <aaadom/session.h>
 #include <aaadom/settings.h>
-#include <gtest/gtest.h>
 #include <platform/aaa_tlv.h>
 
 #include <cstring>
@@ -18,36 +17,15 @@
 
 #include "base/message.h"
 #include "base/text.h"
-#include "fakes/fake_platform.h"
-#include "fakes/role.h"
+#include "unit/both_roles.h"
 
 namespace aaadom {
 
-class ConfigDbTest : public ::testing::Test {
+class ConfigDbTest : public SavedRolesTest<DOM_SetDomainDBMHandle> {
   protected:
-    void SetUp() override {
-        fake::Reset();
-        live_before_ = fake::LiveMessages();
-        ASSERT_EQ(fake::InitBothRoles(), DOM_OK);
-        fake::role_of_this_thread = fake::kConfigRole;
-        handle_ = DOM_CreateDomainDBM();
-        ASSERT_NE(handle_, DBM_INVALID_HANDLE);
-        DOM_SetDomainDBMHandle(handle_);
-        fake::ClearDbmCalls();
-    }
     void TearDown() override {
-        fake::DisarmFailures();
-        EXPECT_EQ(fake::HeldLocks(), 0);
-        for (const fake::DbmCall& call : fake::DbmCalls())
-            EXPECT_EQ(call.held_locks, 0) << call.call << " with the table locked";
         DOM_SetDeviceID(0);
-        DOM_SetDomainDBMHandle(DBM_INVALID_HANDLE);
-        DBM_Close(handle_);
-        EXPECT_EQ(fake::OpenDatabaseHandles(), 0);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        (void)fake::FiniBothRoles();
-        EXPECT_EQ(fake::LiveMessages(), live_before_);
-        EXPECT_TRUE(fake::Misuses().empty());
+        SavedRolesTest::TearDown();
     }
 
     static DomDbUpdateReq Request(uint32_t type, const char* name = "", uint16_t operation = 1) {
@@ -83,11 +61,6 @@ class ConfigDbTest : public ::testing::Test {
         DOM_DestroyDomain(record);
         return name;
     }
-
-    DBM_HANDLE handle_ = DBM_INVALID_HANDLE;
-
-  private:
-    int64_t live_before_ = 0;
 };
 
 }  // namespace aaadom

@@ -2,6 +2,7 @@
 #include <aaadom/nas_id_codec.h>
 
 #include "base/message.h"
+#include "unit/batch_sync.h"
 #include "unit/domain/nas_id_fixture.h"
 
 namespace aaadom {
@@ -9,40 +10,13 @@ namespace {
 
 constexpr int32_t kDescriptor = 9;
 
-/// Slots 12 and 14 must stay silent: the batch goes to the descriptor only.
-int slot_calls = 0;
-
 class NasIdSync : public NasIdTest {
   protected:
-    NasIdSync() {
-        slot_calls = 0;
-        AAADService service = fake::RoleService();
-        service.sync_msg_to_cfg_thr = [](uint32_t, uint32_t, TLV_MSG* msg) {
-            ++slot_calls;
-            TLV_Destroy(msg);
-            return 0u;
-        };
-        service.cfg_thr_msg_to_pam = [](uint32_t, TLV_MSG*) {
-            ++slot_calls;
-            return 0u;
-        };
-        DOM_SetAAADService(&service);
-    }
+    NasIdSync() { CountSlotCalls(); }
     ~NasIdSync() override { EXPECT_EQ(fake::LiveMessages(), 0); }
 
-    /// The message inside a batch record; checks both heads.
-    static TlvPtr Body(const std::string& image) {
-        const TlvPtr record(fake::Parse(image));
-        TLV_ITER* it = TLV_GetFirst(record.get());
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), DOM_AAAD_HEAD_BATCH);
-        it = TLV_GetNext(record.get(), it);
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), DOM_AAAD_HEAD_SUB_TYPE);
-        const TlvPtr request(AAA_DelAaadHead(record.get()));
-        uint32_t operation = 99;
-        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
-        EXPECT_EQ(operation, DOM_OP_SET);
-        return body;
-    }
+    /// The message inside a batch record.
+    static TlvPtr Body(const std::string& image) { return BodyInHeads(image, 5, 4, DOM_OP_SET); }
     /// What was flushed to the descriptor, in order: profiles by name, bindings like Bindings().
     static std::vector<std::string> Sent() {
         std::vector<std::string> texts;
@@ -102,7 +76,7 @@ TEST_F(NasIdSync, NothingGoesToANegativeDescriptor) {
         DOM_SyncAllNasIdBindVlanId(fd);
     }
     EXPECT_TRUE(fake::FlushCalls().empty());
-    EXPECT_EQ(slot_calls, 0);
+    EXPECT_EQ(to_config_thread + to_pam, 0);
 }
 
 TEST_F(NasIdSync, DescriptorZeroIsADescriptor) {
@@ -122,7 +96,7 @@ TEST_F(NasIdSync, NothingGoesFromTheConfigurationThread) {
         return 0;
     });
     EXPECT_TRUE(fake::FlushCalls().empty());
-    EXPECT_EQ(slot_calls, 0);
+    EXPECT_EQ(to_config_thread + to_pam, 0);
 }
 
 TEST_F(NasIdSync, EmptyTablesSendNothing) {

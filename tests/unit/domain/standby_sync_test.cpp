@@ -12,6 +12,7 @@
 
 #include "base/message.h"
 #include "fakes/fake_platform.h"
+#include "unit/batch_sync.h"
 
 namespace aaadom {
 namespace {
@@ -41,21 +42,13 @@ class StandbySync : public testing::Test {
         EXPECT_TRUE(fake::Misuses().empty());
     }
 
-    /// The body of the only message sent; checks the daemon's head (7, 4) and the operation.
+    /// The body of the only message sent.
     static TlvPtr OnlyBody(uint32_t want_operation) {
         EXPECT_EQ(standby.images.size(), 1u);
         if (standby.images.size() != 1) return nullptr;
-        const TlvPtr sent(fake::Parse(standby.images[0]));
+        const std::string image = standby.images[0];
         standby.images.clear();
-        TLV_ITER* it = TLV_GetFirst(sent.get());
-        EXPECT_EQ(AAA_GetUINTTlvValue(sent.get(), it), 7u);
-        it = TLV_GetNext(sent.get(), it);
-        EXPECT_EQ(AAA_GetUINTTlvValue(sent.get(), it), 4u);
-        const TlvPtr request(AAA_DelAaadHead(sent.get()));
-        uint32_t operation = 99;
-        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
-        EXPECT_EQ(operation, want_operation);
-        return body;
+        return BodyInHeads(image, 7, 4, want_operation);
     }
     static void ExpectSame(const TlvPtr& got, TLV_MSG* want) {
         const TlvPtr owned(want);

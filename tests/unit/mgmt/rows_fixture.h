@@ -11,33 +11,20 @@
 #include <aaadom/rows.h>
 #include <aaadom/session.h>
 #include <aaadom/settings.h>
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
 
 #include "base/message.h"
-#include "fakes/fake_platform.h"
-#include "fakes/role.h"
+#include "unit/both_roles.h"
 
 namespace aaadom {
 
-class RowsTest : public ::testing::Test {
+class RowsTest : public BothRolesTest {
   protected:
     void SetUp() override {
-        fake::Reset();
-        live_before_ = fake::LiveMessages();
-        ASSERT_EQ(fake::InitBothRoles(), DOM_OK);
-        fake::role_of_this_thread = fake::kConfigRole;
+        BothRolesTest::SetUp();
         Preset();
-    }
-    void TearDown() override {
-        fake::DisarmFailures();
-        EXPECT_EQ(fake::HeldLocks(), 0);
-        fake::role_of_this_thread = fake::kWorkingRole;
-        (void)fake::FiniBothRoles();
-        EXPECT_EQ(fake::LiveMessages(), live_before_);
-        EXPECT_TRUE(fake::Misuses().empty());
     }
 
     /// A change record in which every byte shows whether it was written.
@@ -65,9 +52,6 @@ class RowsTest : public ::testing::Test {
     }
 
     DomDbUpdateReq change_;
-
-  private:
-    int64_t live_before_ = 0;
 };
 
 }  // namespace aaadom

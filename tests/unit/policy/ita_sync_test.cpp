@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "unit/batch_sync.h"
 #include "unit/policy/ita_data_fixture.h"
 #include "unit/policy/store_probe.h"
 
@@ -9,43 +10,18 @@ namespace {
 constexpr int32_t kDescriptor = 9;
 using Names = std::vector<std::string>;
 
-/// Slots 12 and 14 must stay silent: the batch goes to the descriptor only.
-int slot_calls = 0;
-
 class ItaSync : public ItaDataTest {
   protected:
     void SetUp() override {
         ItaDataTest::SetUp();
-        slot_calls = 0;
-        AAADService service = fake::RoleService();
-        service.sync_msg_to_cfg_thr = [](uint32_t, uint32_t, TLV_MSG* msg) {
-            ++slot_calls;
-            TLV_Destroy(msg);
-            return 0u;
-        };
-        service.cfg_thr_msg_to_pam = [](uint32_t, TLV_MSG*) {
-            ++slot_calls;
-            return 0u;
-        };
-        DOM_SetAAADService(&service);
+        CountSlotCalls();
     }
     void TearDown() override {
-        EXPECT_EQ(slot_calls, 0);
+        EXPECT_EQ(to_config_thread + to_pam, 0);
         ItaDataTest::TearDown();
     }
-    /// The message inside a batch record; checks both heads.
-    static TlvPtr Body(const std::string& image) {
-        const TlvPtr record(fake::Parse(image));
-        TLV_ITER* it = TLV_GetFirst(record.get());
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 5u);
-        it = TLV_GetNext(record.get(), it);
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 4u);
-        const TlvPtr request(AAA_DelAaadHead(record.get()));
-        uint32_t operation = 99;
-        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
-        EXPECT_EQ(operation, 0u);
-        return body;
-    }
+    /// The message inside a batch record.
+    static TlvPtr Body(const std::string& image) { return BodyInHeads(image, 5, 4, DOM_OP_SET); }
     /// The names of the policies that were flushed to the descriptor, in order, without the first
     /// `skipped`.
     static Names Sent(size_t skipped = 0) {

@@ -1,4 +1,5 @@
 // Batch synchronisation: what is sent, in which order, and what a receiver makes of it.
+#include "unit/batch_sync.h"
 #include "unit/profile/profile_fixture.h"
 
 namespace aaadom {
@@ -6,40 +7,12 @@ namespace {
 
 constexpr int32_t kDescriptor = 9;
 
-/// Calls of slots 12 and 14, which a batch to a descriptor leaves alone.
-int to_config_thread = 0;
-int to_pam = 0;
-
 template <typename Store>
 class ProfileSyncTest : public ProfileTest<Store> {
   protected:
-    ProfileSyncTest() {
-        to_config_thread = to_pam = 0;
-        AAADService service = fake::RoleService();
-        service.sync_msg_to_cfg_thr = [](uint32_t, uint32_t, TLV_MSG* msg) {
-            ++to_config_thread;
-            TLV_Destroy(msg);
-            return 0u;
-        };
-        service.cfg_thr_msg_to_pam = [](uint32_t, TLV_MSG*) {
-            ++to_pam;
-            return 0u;
-        };
-        DOM_SetAAADService(&service);
-    }
-    /// The message inside a batch record; checks both heads.
-    static TlvPtr Body(const std::string& image) {
-        const TlvPtr record(fake::Parse(image));
-        TLV_ITER* it = TLV_GetFirst(record.get());
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 5u);
-        it = TLV_GetNext(record.get(), it);
-        EXPECT_EQ(AAA_GetUINTTlvValue(record.get(), it), 4u);
-        const TlvPtr request(AAA_DelAaadHead(record.get()));
-        uint32_t operation = 99;
-        TlvPtr body(AAA_DelOpHead(request.get(), &operation));
-        EXPECT_EQ(operation, 0u);
-        return body;
-    }
+    ProfileSyncTest() { CountSlotCalls(); }
+    /// The message inside a batch record.
+    static TlvPtr Body(const std::string& image) { return BodyInHeads(image, 5, 4, DOM_OP_SET); }
     /// What was sent, in order: "profile", "profile = segment ID", "profile/vpn = segment ID".
     static Names Sent() {
         Names texts;

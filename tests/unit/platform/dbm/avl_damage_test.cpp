@@ -1,7 +1,6 @@
 /* Rows of an AVL list that no call of this library wrote. */
-#include <lmdb.h>
-
 #include "database_test.h"
+#include "raw_table.h"
 
 namespace {
 
@@ -11,23 +10,11 @@ class AvlDamage : public DatabaseTest {
   protected:
     /* Writes a row into the closed database with LMDB itself. */
     void PutRow(std::string name, std::string value) {
-        MDB_env* env;
-        MDB_txn* txn;
-        MDB_dbi dbi;
-        mdb_env_create(&env);
-        mdb_env_set_maxdbs(env, 8);
-        ASSERT_EQ(mdb_env_open(env, (base_ + "/lib/DOM_DB").c_str(), 0, 0), 0);
-        ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
-        ASSERT_EQ(mdb_dbi_open(txn, "isp-domain", 0, &dbi), 0);
-        MDB_val key{name.size(), name.data()};
-        MDB_val data{value.size(), value.data()};
-        EXPECT_EQ(mdb_put(txn, dbi, &key, &data, 0), 0);
-        EXPECT_EQ(mdb_txn_commit(txn), 0);
-        mdb_env_close(env);
-    }
-    void CloseAll() {
-        for (DBM_HANDLE handle : opened_) ASSERT_EQ(DBM_Close(handle), 0u);
-        opened_.clear();
+        ChangeRawTable(base_ + "/lib/DOM_DB", [&](MDB_txn* txn, MDB_dbi dbi) {
+            MDB_val key{name.size(), name.data()};
+            MDB_val data{value.size(), value.data()};
+            EXPECT_EQ(mdb_put(txn, dbi, &key, &data, 0), 0);
+        });
     }
     /* Name of a row: tag, length of the key, key, element. */
     static std::string Name(uint8_t tag, const std::string& key, const std::string& element = {}) {

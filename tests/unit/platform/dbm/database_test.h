@@ -71,6 +71,11 @@ class DatabaseTest : public testing::Test {
         return handle;
     }
 
+    void CloseAll() {
+        for (DBM_HANDLE handle : opened_) ASSERT_EQ(DBM_Close(handle), 0u);
+        opened_.clear();
+    }
+
     static uint32_t Set(DBM_HANDLE handle, const std::string& key, const std::string& value,
                         uint32_t type = 2) {
         return DBM_SetBinary(handle, key.data(), static_cast<uint32_t>(key.size()), -1,

@@ -1,10 +1,9 @@
 /* A key whose description no call of this library wrote: every call on it fails, the key next to it
  * is as it was. */
-#include <lmdb.h>
-
 #include <functional>
 
 #include "database_test.h"
+#include "raw_table.h"
 
 namespace {
 
@@ -20,29 +19,17 @@ class MetaDamage : public DatabaseTest {
         Set(handle, "next", "sound", 4);
         CloseAll();
     }
-    void CloseAll() {
-        for (DBM_HANDLE handle : opened_) ASSERT_EQ(DBM_Close(handle), 0u);
-        opened_.clear();
-    }
     /* Changes the description of kKey with the engine itself. */
     void Damage(const std::function<void(std::string&)>& change) const {
-        MDB_env* env;
-        MDB_txn* txn;
-        MDB_dbi dbi;
-        mdb_env_create(&env);
-        mdb_env_set_maxdbs(env, 8);
-        ASSERT_EQ(mdb_env_open(env, (base_ + "/lib/DOM_DB").c_str(), 0, 0), 0);
-        ASSERT_EQ(mdb_txn_begin(env, nullptr, 0, &txn), 0);
-        ASSERT_EQ(mdb_dbi_open(txn, "isp-domain", 0, &dbi), 0);
-        char name[] = {0, 0, 3, 'k', 'e', 'y'};
-        MDB_val key{sizeof name, name}, data;
-        ASSERT_EQ(mdb_get(txn, dbi, &key, &data), 0);
-        std::string meta(static_cast<char*>(data.mv_data), data.mv_size);
-        change(meta);
-        data = {meta.size(), meta.data()};
-        ASSERT_EQ(mdb_put(txn, dbi, &key, &data, 0), 0);
-        ASSERT_EQ(mdb_txn_commit(txn), 0);
-        mdb_env_close(env);
+        ChangeRawTable(base_ + "/lib/DOM_DB", [&](MDB_txn* txn, MDB_dbi dbi) {
+            char name[] = {0, 0, 3, 'k', 'e', 'y'};
+            MDB_val key{sizeof name, name}, data;
+            ASSERT_EQ(mdb_get(txn, dbi, &key, &data), 0);
+            std::string meta(static_cast<char*>(data.mv_data), data.mv_size);
+            change(meta);
+            data = {meta.size(), meta.data()};
+            ASSERT_EQ(mdb_put(txn, dbi, &key, &data, 0), 0);
+        });
     }
     static void ExpectFailures(DBM_HANDLE handle) {
         uint64_t entry[2] = {1, 2};

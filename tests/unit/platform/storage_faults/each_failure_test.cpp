@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "../dbm/database_test.h"
-#include "storage_faults.h"
+#include "unit/platform/fault_window.h"
 
 namespace {
 
@@ -251,9 +251,9 @@ void EachFailure::Sweep(int error) {
     std::string expected;
     int calls = 0;
     {
-        const storage_faults::Window window(0, 0);
+        const fault_window::Window window(0, 0);
         expected = row.call(handle);
-        calls = storage_faults::Window::Calls();
+        calls = fault_window::Window::Calls();
     }
     ASSERT_NE(expected, row.failure);
     ASSERT_GT(calls, 0);
@@ -264,11 +264,11 @@ void EachFailure::Sweep(int error) {
         handle = Fresh();
         std::string told;
         {
-            const storage_faults::Window window(failing, error);
+            const fault_window::Window window(failing, error);
             told = row.call(handle);
         }
         SCOPED_TRACE("call " + std::to_string(failing) + " of " + std::to_string(calls) + ", " +
-                     storage_faults::Refused() + ", error " + std::to_string(error));
+                     fault_window::Refused() + ", error " + std::to_string(error));
         if (told != expected) {
             ASSERT_EQ(told, row.failure);
             ASSERT_EQ(Everything(handle), before);
@@ -315,9 +315,9 @@ TEST_P(EachFailureOfOpening, GivesNoHandleAndOpensTheNextTime) {
     DBM_HANDLE handle = DBM_INVALID_HANDLE;
     int calls = 0;
     {
-        const storage_faults::Window window(0, 0);
+        const fault_window::Window window(0, 0);
         ASSERT_EQ(Open(&handle), 0u);
-        calls = storage_faults::Window::Calls();
+        calls = fault_window::Window::Calls();
     }
     const std::string expected = Everything(handle);
     ASSERT_EQ(DBM_Close(handle), 0u);
@@ -326,11 +326,11 @@ TEST_P(EachFailureOfOpening, GivesNoHandleAndOpensTheNextTime) {
         handle = DBM_INVALID_HANDLE;
         uint32_t result = 0;
         {
-            const storage_faults::Window window(failing, EIO);
+            const fault_window::Window window(failing, EIO);
             result = Open(&handle);
         }
         SCOPED_TRACE("call " + std::to_string(failing) + " of " + std::to_string(calls) + ", " +
-                     storage_faults::Refused());
+                     fault_window::Refused());
         ASSERT_EQ(result == 0, handle != DBM_INVALID_HANDLE);
         if (result != 0) {
             ASSERT_EQ(Open(&handle), 0u);

@@ -3,7 +3,7 @@
 #include <lmdb.h>
 
 #include "../dbm/database_test.h"
-#include "storage_faults.h"
+#include "unit/platform/fault_window.h"
 
 namespace {
 
@@ -32,9 +32,9 @@ class OpeningFaults : public DatabaseTest {
         for (int failing = 1; failing == 1 || !refused.empty(); ++failing) {
             decltype(call()) result;
             {
-                const storage_faults::Window window(failing, error);
+                const fault_window::Window window(failing, error);
                 result = call();
-                refused = storage_faults::Refused();
+                refused = fault_window::Refused();
             }
             SCOPED_TRACE(failing);
             const bool looked_for = refused == function;

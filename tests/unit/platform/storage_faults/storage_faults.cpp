@@ -1,4 +1,6 @@
-#include "storage_faults.h"
+// Every call that the database makes, of the storage engine, of the system and for memory, may be
+// refused. The linker turns them here (CMakeLists.txt has the list).
+#include "unit/platform/fault_window.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -11,54 +13,21 @@
 
 #include <new>
 
-namespace storage_faults {
+using fault_window::Error;
+using fault_window::Fails;
+
 namespace {
-thread_local bool t_open = false;
-thread_local int t_calls = 0;
-thread_local int t_failing = 0;
-thread_local int t_error = 0;
-thread_local const char* t_refused = "";
-
-bool Fails(const char* function) {
-    if (!t_open || ++t_calls != t_failing) return false;
-    t_refused = function;
-    return true;
-}
-
 int SystemFails() {
-    errno = t_error > 0 ? t_error : EIO;
+    errno = Error() > 0 ? Error() : EIO;
     return -1;
 }
 }  // namespace
-
-Window::Window(int failing_call, int error) {
-    t_calls = 0;
-    t_failing = failing_call;
-    t_error = error;
-    t_refused = "";
-    t_open = true;
-}
-Window::~Window() {
-    t_open = false;
-}
-int Window::Calls() {
-    return t_calls;
-}
-const char* Refused() {
-    return t_refused;
-}
-
-}  // namespace storage_faults
-
-using storage_faults::Fails;
-using storage_faults::SystemFails;
-using storage_faults::t_error;
 
 /* ENGINE(name, declared arguments, passed arguments): a call of the engine that may be refused. */
 #define ENGINE(name, declared, passed)                        \
     extern "C" int __real_##name declared;                    \
     extern "C" int __wrap_##name declared {                   \
-        return Fails(#name) ? t_error : __real_##name passed; \
+        return Fails(#name) ? Error() : __real_##name passed; \
     }
 #define SYSTEM(name, declared, passed)                              \
     extern "C" int __real_##name declared;                          \
@@ -99,7 +68,7 @@ extern "C" int __real_mdb_txn_commit(MDB_txn* txn);
 extern "C" int __wrap_mdb_txn_commit(MDB_txn* txn) {
     if (!Fails("mdb_txn_commit")) return __real_mdb_txn_commit(txn);
     mdb_txn_abort(txn);
-    return t_error;
+    return Error();
 }
 
 SYSTEM(stat, (const char* path, struct stat* status), (path, status))

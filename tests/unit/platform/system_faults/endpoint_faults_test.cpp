@@ -8,12 +8,13 @@
 #include <vector>
 
 #include "system_faults.h"
+#include "unit/platform/fault_window.h"
 #include "unit/platform/lipc/runtime_dir.h"
 
 namespace {
 
-using system_faults::Refused;
-using system_faults::Window;
+using fault_window::Refused;
+using fault_window::Window;
 
 class EndpointFaults : public LipcTest {
   protected:

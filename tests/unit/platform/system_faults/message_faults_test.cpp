@@ -7,13 +7,14 @@
 #include <utility>
 
 #include "system_faults.h"
+#include "unit/platform/fault_window.h"
 #include "unit/platform/tlv/support.h"
 
 namespace {
 
 using namespace test;
+using fault_window::Window;
 using system_faults::Answer;
-using system_faults::Window;
 
 class MessageFaults : public testing::TestWithParam<int> {
   protected:
@@ -144,7 +145,7 @@ TEST(MemoryFaults, FrameThatFindsNoMemoryEndsTheReceive) {
     const Window window(1, ENOMEM, "malloc");
     EXPECT_EQ(nullptr,
               TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(ends[1]), 1000));
-    EXPECT_STREQ("malloc", system_faults::Refused());
+    EXPECT_STREQ("malloc", fault_window::Refused());
     close(ends[0]);
     close(ends[1]);
 }

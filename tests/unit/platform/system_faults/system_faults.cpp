@@ -4,46 +4,13 @@
 #include <poll.h>
 #include <stdarg.h>
 #include <stdlib.h>
-#include <string.h>
 #include <sys/stat.h>
 
 #include <new>
 
+#include "unit/platform/fault_window.h"
+
 namespace system_faults {
-namespace {
-thread_local bool t_open = false;
-thread_local int t_calls = 0;
-thread_local int t_failing = 0;
-thread_local int t_error = 0;
-thread_local const char* t_only = nullptr;
-thread_local const char* t_refused = "";
-
-bool Fails(const char* function) {
-    if (!t_open || (t_only != nullptr && strcmp(t_only, function) != 0)) return false;
-    if (++t_calls != t_failing) return false;
-    t_refused = function;
-    errno = t_error;
-    return true;
-}
-}  // namespace
-
-Window::Window(int failing_call, int error, const char* only) {
-    t_calls = 0;
-    t_failing = failing_call;
-    t_error = error;
-    t_only = only;
-    t_refused = "";
-    t_open = true;
-}
-Window::~Window() {
-    t_open = false;
-}
-int Window::Calls() {
-    return t_calls;
-}
-const char* Refused() {
-    return t_refused;
-}
 Answers& Answer() {
     static Answers answers;
     return answers;
@@ -52,7 +19,14 @@ Answers& Answer() {
 }  // namespace system_faults
 
 using system_faults::Answer;
-using system_faults::Fails;
+
+namespace {
+bool Fails(const char* function) {
+    if (!fault_window::Fails(function)) return false;
+    errno = fault_window::Error();
+    return true;
+}
+}  // namespace
 
 /* SYSTEM(name, declared arguments, passed arguments): a call that may be refused. */
 #define SYSTEM(name, declared, passed)                   \

@@ -1,27 +1,13 @@
-/* Refuses one call that the transport makes: of the system, for memory. The linker turns those
- * calls here (CMakeLists.txt has the list). */
+/* Every call that the transport makes, of the system and for memory, may be refused, and some are
+ * answered by the test. The linker turns them here (CMakeLists.txt has the list). */
 #ifndef TESTS_PLATFORM_SYSTEM_FAULTS_H
 #define TESTS_PLATFORM_SYSTEM_FAULTS_H
 
 #include <sys/socket.h>
 
 #include <functional>
-#include <string>
 
 namespace system_faults {
-
-/* While one lives, the calls of this thread are counted and the given one fails with the error;
- * 0 lets all pass. With a name only calls of that function count. */
-class Window {
-  public:
-    Window(int failing_call, int error, const char* only = nullptr);
-    ~Window();
-    Window(const Window&) = delete;
-    Window& operator=(const Window&) = delete;
-    static int Calls();
-};
-/* The function that was refused. */
-const char* Refused();
 
 /* What the test answers instead of the system; empty: the system answers. */
 struct Answers {

@@ -38,8 +38,7 @@ test-fault:
 	tools/bootstrap
 	cmake --preset asan-ubsan --log-level=WARNING
 	cmake --build --preset asan-ubsan -j $(JOBS) --target fault_test --target fault_daemon_test
-	build/asan-ubsan/tests/fault_test --gtest_brief=1
-	build/asan-ubsan/tests/fault_daemon_test --gtest_brief=1
+	tools/fault-sweep build/asan-ubsan
 	tools/check-fault-table build/asan-ubsan/tests/fault_test
 
 test-crash:

@@ -160,7 +160,7 @@ void SetField(AuthorAttr& attributes, const Field& field, const std::string& wor
     if (field.type == FieldKind::kText) {
         CheckFits(what, word, field.size);
         memset(bytes, 0, field.size);
-        memcpy(bytes, word.data(), word.size());
+        memcpy(bytes, word.c_str(), word.size() + 1);
     } else if (field.type == FieldKind::kAddress) {
         const AttrAddress address = ParseAddress(word);
         memcpy(bytes, &address, sizeof address);

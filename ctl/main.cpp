@@ -1,5 +1,6 @@
 // aaactl: the operators' command line.
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <new>
@@ -175,5 +176,11 @@ int Main(int argc, char** argv) {
 }  // namespace aaactl
 
 int main(int argc, char** argv) {
-    return aaactl::Main(argc, argv);
+    try {
+        return aaactl::Main(argc, argv);
+    } catch (...) {
+        // Only want of memory gets here, while the commands or an error are put together.
+        (void)fputs("aaactl: out of memory. Free memory and try again.\n", stderr);
+        return aaactl::kExitRefused;
+    }
 }

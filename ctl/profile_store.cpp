@@ -143,7 +143,8 @@ std::optional<ProfileEntry> ReadEntry(Client& client, const ProfileStore& store,
 
 /// What a change of a segment is answered with when its profile is missing, among other reasons.
 constexpr uint32_t kSegmentFailed = 1;
-static_assert(kSegmentFailed == DOM_AUTHOR_FAILED && kSegmentFailed == DOM_CRITICAL_FAILED);
+static_assert(kSegmentFailed == DOM_AUTHOR_FAILED);
+static_assert(kSegmentFailed == DOM_CRITICAL_FAILED);
 
 Failure NotChanged(Client& client, const ProfileStore& store, const std::string& profile,
                    uint32_t code) {
@@ -181,7 +182,7 @@ std::optional<ProfileEntry> FindVpn(Client& client, const ProfileStore& store,
 
 std::optional<ProfileEntry> NextProfile(Client& client, const ProfileStore& store,
                                         const std::string& name) {
-    const auto next = ReadEntry(client, store, store.encode_profile(name.c_str()), DOM_OP_GET_NEXT);
+    auto next = ReadEntry(client, store, store.encode_profile(name.c_str()), DOM_OP_GET_NEXT);
     // Names ascend, so a walk ends whatever other clients change meanwhile.
     if (next && !store.profile_before(name, next->profile)) throw Unreadable(store);
     return next;
@@ -189,8 +190,8 @@ std::optional<ProfileEntry> NextProfile(Client& client, const ProfileStore& stor
 
 std::optional<ProfileEntry> NextVpn(Client& client, const ProfileStore& store,
                                     const ProfileEntry& key) {
-    const auto next = ReadEntry(
-        client, store, store.encode_vpn_key(key.profile.c_str(), key.vpn.c_str()), DOM_OP_GET_NEXT);
+    auto next = ReadEntry(client, store, store.encode_vpn_key(key.profile.c_str(), key.vpn.c_str()),
+                          DOM_OP_GET_NEXT);
     if (next) {
         const bool ascends = next->profile == key.profile
                                  ? store.vpn_before(key.vpn, next->vpn)

@@ -332,6 +332,7 @@ std::vector<TopEntry> ReadTop(Client& client, const RecordFilter& filter, TopBy 
         progress(looked_at);
     } while (!from.empty());
     std::vector<TopEntry> entries;
+    entries.reserve(sums.size());
     for (auto& [value, entry] : sums) entries.push_back(std::move(entry));
     std::stable_sort(entries.begin(), entries.end(), [](const TopEntry& a, const TopEntry& b) {
         return a.count != b.count ? a.count > b.count : a.reason < b.reason;

@@ -14,8 +14,8 @@ std::string OrDash(const std::string& text) {
 
 /// Both addresses where a user has both.
 std::string Addresses(const UserRecord& record) {
-    const std::string ipv4 = Ipv4Text(record.ipv4);
-    const std::string ipv6 = Ipv6Text(record.ipv6);
+    std::string ipv4 = Ipv4Text(record.ipv4);
+    std::string ipv6 = Ipv6Text(record.ipv6);
     if (ipv6 == "-") return ipv4;
     return ipv4 == "-" ? ipv6 : ipv4 + " " + ipv6;
 }

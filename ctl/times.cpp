@@ -69,7 +69,7 @@ std::optional<long> Offset(const char* text) {
         if (!plain) return std::nullopt;
     }
     if ((sign != '+' && sign != '-') || hours > 14 || minutes > 59) return std::nullopt;
-    const long seconds = static_cast<long>(hours * 3600 + minutes * 60);
+    const long seconds = long{hours} * 3600 + long{minutes} * 60;
     return sign == '+' ? seconds : -seconds;
 }
 

@@ -12,6 +12,7 @@
 #include "code_table.h"
 #include "endpoint.h"
 #include "failure.h"
+#include "memory_watch.h"
 
 namespace aaad {
 namespace {
@@ -92,8 +93,12 @@ void Configuration::Classify(Request& request) {
     request.kind = Request::Kind::kAnswered;
     request.result = AAAD_ERR_MALFORMED;
     if (!request.message) return;
+    const MemoryWatch memory;
     request.body.reset(AAA_DelOpHead(request.message.get(), &request.operation));
-    if (!request.body) return;
+    if (!request.body) {
+        if (memory.RanShort()) Refuse(request);
+        return;
+    }
     // A request may carry a second code for its front end; the first one counts.
     TLV_ITER* code = TLV_GetIteratorByType(request.body.get(), DOM_TLV_MSG_CODE);
     if (TLV_GetLenByIterator(request.body.get(), code) != sizeof(uint32_t)) return;
@@ -151,6 +156,7 @@ Configuration::Outcome Configuration::TryChange(Requests changes) {
 
     bool roles_agree = true;
     for (const Request* request : changes) {
+        roles_agree &= !request->incomplete;
         if (!request->handed_over) continue;
         roles_agree &= (request->result == DOM_OK) == (request->working_result == DOM_OK);
     }
@@ -171,15 +177,21 @@ Configuration::Outcome Configuration::TryChange(Requests changes) {
 void Configuration::Apply(Request& request) {
     const CodeRow& row = *request.row;
     request.handed_over = false;
+    request.incomplete = false;
     if (row.check_reads_working_role && request.operation != DOM_OP_SET) HandOver();
     request.result = DOM_OK;
+    const MemoryWatch memory;
     const bool prepared = WithMemory(request, [&] {
         if (row.check != nullptr) {
             request.result = row.check(request.body.get(), request.operation);
         }
         if (request.result == DOM_OK && row.prepare != nullptr) row.prepare(request);
     });
-    if (!prepared || request.result != DOM_OK) return;
+    if (!prepared) return;
+    if (request.result != DOM_OK) {
+        if (memory.RanShort()) Refuse(request);
+        return;
+    }
     if (row.procedure == Procedure::kWorkingAlone) {
         to_hand_over_.push_back(&request);
         return;
@@ -187,6 +199,9 @@ void Configuration::Apply(Request& request) {
     request.result = row.apply != nullptr ? row.apply(request, row.save)
                                           : DOM_RestoreData(request.message.get(), row.save ? 1 : 0,
                                                             0, 0, nullptr, nullptr);
+    // The library makes do without some of what memory does not suffice for, like a domain's place
+    // in an order. Such a change counts as one that the roles disagree about.
+    request.incomplete = request.result == DOM_OK && memory.RanShort();
     if (row.procedure != Procedure::kBothRoles) return;
     // A generic failure goes on to the working role: it fails there, too, unless it was the saving
     // that failed, and then the difference between the roles shows it. An operation's own code is
@@ -217,6 +232,7 @@ void Configuration::HandOver() {
 
 /// On the working thread.
 void Configuration::ApplyInWorking(Request& request, bool may_save) {
+    const MemoryWatch memory;
     if (request.row->procedure == Procedure::kWorkingAlone) {
         if (!may_save) {
             request.result = AAAD_ERR_NOT_SAVED;
@@ -226,16 +242,18 @@ void Configuration::ApplyInWorking(Request& request, bool may_save) {
         // Left in the middle, it counts as applied and not saved, so that it is taken back.
         request.working_result = DOM_OK;
         (void)WithMemory(request, [&] { request.row->apply_in_working(request); });
+        request.incomplete |= request.result == DOM_OK && memory.RanShort();
         return;
     }
     request.handed_over = true;
     if (request.row->apply != nullptr) {
         request.working_result = request.row->apply(request, false);
-        return;
+    } else {
+        const Message headed(
+            AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE, request.message.get()));
+        request.working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
     }
-    const Message headed(
-        AAA_AddAaadHead(DOM_AAAD_HEAD_BATCH, DOM_AAAD_HEAD_SUB_TYPE, request.message.get()));
-    request.working_result = DOM_UpdateCfgData(headed.get(), 0, 0, nullptr, nullptr);
+    request.incomplete |= request.working_result == DOM_OK && memory.RanShort();
 }
 
 void Configuration::Read(Requests reads) {
@@ -247,8 +265,11 @@ void Configuration::Read(Requests reads) {
                 continue;
             }
             WithMemory(*request, [&] {
+                const MemoryWatch memory;
                 request->data = request->row->read(
                     {request->body.get(), request->operation, handle_, records_}, request->result);
+                // "There is none" may be what became of want of memory further down.
+                if (!request->data && memory.RanShort()) Refuse(*request);
             });
         }
     };
@@ -269,8 +290,9 @@ void Configuration::RefuseUnsaved(Requests changes) {
     uint32_t refused = 0;
     for (Request* request : changes) {
         // What either role took is gone again. Any other refusal says more than this one.
-        const bool taken = request->handed_over &&
-                           (request->result == DOM_OK || request->working_result == DOM_OK);
+        const bool taken = request->incomplete ||
+                           (request->handed_over &&
+                            (request->result == DOM_OK || request->working_result == DOM_OK));
         if (taken) request->result = AAAD_ERR_NOT_SAVED;
         if (request->result == AAAD_ERR_NOT_SAVED) ++refused;
     }

@@ -29,10 +29,11 @@ void Configuration::Start() {
     // The deletion check protects this domain, so it exists from the first start on.
     if (!DOM_IsDomainExist(DOM_SYSTEM_DOMAIN)) {
         const uint32_t result = ChangeOfOwn(DOM_EncodeDomainName(DOM_SYSTEM_DOMAIN));
-        if (result == AAAD_ERR_NOT_SAVED) {
+        const bool has_room = report_.domains < DOM_MAX_DOMAINS;
+        if (result == AAAD_ERR_NOT_SAVED || (result != DOM_OK && has_room)) {
             throw Failure("configuration database below " + state_dir_, "it cannot be written",
                           "See the log line of the database; make room on the disk and the "
-                          "directory writable for the daemon's user");
+                          "directory writable for the daemon's user; or free memory");
         }
         if (result != DOM_OK) {
             Log(Severity::kWarning,

@@ -10,6 +10,7 @@
 #include <new>
 
 #include "failure.h"
+#include "memory_watch.h"
 
 namespace aaad {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 constexpr uint32_t kSocketMode = 0666;
 constexpr uint32_t kNoWait = 0;
 /// Far above every message; a larger packet is answered without being read.
-constexpr ssize_t kLargestRequest = 256 * 1024;
+constexpr ssize_t kLargestRequest = ssize_t{256} * 1024;
 /// So many connections are taken before those that are there get their turn.
 constexpr int kAcceptsInOneGo = 256;
 
@@ -77,8 +78,9 @@ Message ResultBody(const Request& request) {
 
 Endpoint::Endpoint(int epoll_fd, uint16_t sub_endpoint, const char* name,
                    const std::string& run_dir)
-    : epoll_fd_(epoll_fd), name_(name) {
-    server_fd_ = LIPC_ServerOpen(DOM_LIPC_ENDPOINT, sub_endpoint, kSocketMode);
+    : epoll_fd_(epoll_fd),
+      name_(name),
+      server_fd_(LIPC_ServerOpen(DOM_LIPC_ENDPOINT, sub_endpoint, kSocketMode)) {
     if (server_fd_ < 0) {
         const int error = errno;
         const char* way_out = error == EADDRINUSE ? "Stop the process that serves it"
@@ -160,7 +162,9 @@ void Endpoint::Readable(int fd, std::vector<Request>& batch) {
     }
 }
 
-/// A packet that is no message is a request, too: its sender waits for an answer.
+/// A packet that is no message is a request, too: its sender waits for an answer. One that memory
+/// does not suffice for must not be answered like it; its closed connection says that there is
+/// none.
 Endpoint::Arrival Endpoint::Receive(int fd, Message& message) {
     // Once more after a close: the kernel may report it before a packet that came just ahead of it.
     ssize_t length = PeekLength(fd);
@@ -170,8 +174,10 @@ Endpoint::Arrival Endpoint::Receive(int fd, Message& message) {
     }
     if (length == 0) return Arrival::kGone;
     if (length <= kLargestRequest) {
+        const MemoryWatch memory;
         message.reset(
             TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(fd), kNoWait));
+        if (!message && memory.RanShort()) return Arrival::kGone;
     }
     return Arrival::kRequest;
 }
@@ -187,7 +193,7 @@ bool Endpoint::MakeRoom(int error) {
     }
     if (waiting_.empty()) {
         // Nothing of ours to give up: let the others run instead of turning in circles.
-        const timespec pause{0, 10 * 1000 * 1000};
+        const timespec pause{0, 10'000'000};
         (void)nanosleep(&pause, nullptr);
         return false;
     }

@@ -58,7 +58,7 @@ class Endpoint {
 
     const int epoll_fd_;
     const char* const name_;
-    int server_fd_ = -1;
+    int server_fd_;
     WaitingList waiting_;
     std::unordered_map<int, WaitingList::iterator> by_fd_;
     LogLimit room_limit_;

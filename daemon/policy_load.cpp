@@ -13,6 +13,7 @@
 
 #include "log.h"
 #include "saved_keys.h"
+#include "saved_read.h"
 
 namespace aaad {
 namespace {
@@ -35,7 +36,9 @@ void TellDamage(const std::string& key, const char* what) {
 }
 
 bool Exists(DBM_HANDLE handle, const std::string& key) {
-    return DBM_IsKeyExist(handle, key.c_str(), static_cast<uint32_t>(key.size() + 1)) != 0;
+    return ReadSaved([&] {
+        return DBM_IsKeyExist(handle, key.c_str(), static_cast<uint32_t>(key.size() + 1)) != 0;
+    });
 }
 
 /// The record of a former release beside a current one: a migration was interrupted. It goes, or
@@ -64,7 +67,8 @@ void LoadPolicy(DBM_HANDLE handle, const std::string& name, PolicyCounts& counts
     const std::string current = DOM_DB_PREFIX_ITA_POLICY + name;
     const std::string former = DOM_DB_PREFIX_ITA_POLICY_OLD + name;
     const bool had_former = Exists(handle, former);
-    PolicyPtr policy(DOM_ita_db_GetMemPolicyFromDBByName(handle, name.c_str()));
+    PolicyPtr policy = ReadSaved(
+        [&] { return PolicyPtr(DOM_ita_db_GetMemPolicyFromDBByName(handle, name.c_str())); });
     if (!policy) {
         if (Exists(handle, current)) TellDamage(current, "accounting policy");
         if (had_former) TellDamage(former, "accounting policy");
@@ -93,8 +97,10 @@ void LoadPolicy(DBM_HANDLE handle, const std::string& name, PolicyCounts& counts
 
 bool LoadAccountingPolicies(DBM_HANDLE handle) {
     try {
+        const auto keys = SavedKeys(handle, DOM_DB_ITA_POLICY);
+        if (!keys) return false;
         std::set<std::string> names;
-        for (const SavedKey& key : SavedKeys(handle, DOM_DB_ITA_POLICY)) {
+        for (const SavedKey& key : *keys) {
             auto name = NameInKey(key, DOM_DB_PREFIX_ITA_POLICY);
             if (!name) name = NameInKey(key, DOM_DB_PREFIX_ITA_POLICY_OLD);
             if (name) {
@@ -117,8 +123,12 @@ bool LoadAccountingPolicies(DBM_HANDLE handle) {
 }
 
 bool LoadRecordingPolicy(DBM_HANDLE handle, Role role) {
-    if (DOM_Rec_PolicyIsExist(handle, DOM_REC_POLICY_CONNECTION) == 0) return true;
-    RecPolicyPtr policy(DOM_Rec_db_GetPolicyFromDBByType(handle, DOM_REC_POLICY_CONNECTION));
+    const bool exists =
+        ReadSaved([&] { return DOM_Rec_PolicyIsExist(handle, DOM_REC_POLICY_CONNECTION) != 0; });
+    if (!exists) return true;
+    RecPolicyPtr policy = ReadSaved([&] {
+        return RecPolicyPtr(DOM_Rec_db_GetPolicyFromDBByType(handle, DOM_REC_POLICY_CONNECTION));
+    });
     if (!policy || policy->policy_type != DOM_REC_POLICY_CONNECTION) {
         char key[DOM_REC_MODE_SIZE] = {};
         DOM_Rec_GetPolicyMode(DOM_REC_POLICY_CONNECTION, key);

@@ -4,12 +4,15 @@
 #include <aaadom/profile.h>
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "log.h"
 #include "saved_keys.h"
+#include "saved_read.h"
 
 namespace aaad {
 namespace {
@@ -98,16 +101,40 @@ const char* ReadSegment(int32_t length, const char* bytes, typename Kind::Segmen
     return nullptr;
 }
 
-/// False when memory is short.
+/// The entries of one list.
+struct Entries {
+    enum class End { kReached, kNotReached, kNoList };
+    /// Whether they are all there.
+    explicit operator bool() const { return end == End::kReached; }
+
+    End end = End::kNoList;
+    std::vector<std::string> bytes;
+};
+
+/// Those up to the first one that cannot be read.
 template <typename Kind>
-bool LoadVpns(Cursor& cursor, const std::string& key, typename Kind::Profile& profile,
-              const Damage& damage) {
+Entries ReadEntries(DBM_HANDLE handle, const std::string& key) {
+    Entries entries;
+    const Cursor cursor(handle, key);
+    if (cursor.position == nullptr) return entries;
     char bytes[Kind::kSize + 1];  // so that a longer entry shows
     int32_t length = DBM_CursorFirst(cursor.position, sizeof bytes, bytes);
     for (; length > 0; length = DBM_CursorNext(cursor.position, sizeof bytes, bytes)) {
+        entries.bytes.emplace_back(bytes, std::min<size_t>(length, sizeof bytes));
+    }
+    entries.end = length == 0 ? Entries::End::kReached : Entries::End::kNotReached;
+    return entries;
+}
+
+/// False when memory is short.
+template <typename Kind>
+bool LoadVpns(const Entries& entries, const std::string& key, typename Kind::Profile& profile,
+              const Damage& damage) {
+    for (const std::string& bytes : entries.bytes) {
         typename Kind::Segment segment{};
-        const char* reason = ReadSegment<Kind>(length, bytes, segment);
-        const char* vpn = bytes + Kind::kVpnOffset;
+        const char* reason =
+            ReadSegment<Kind>(static_cast<int32_t>(bytes.size()), bytes.data(), segment);
+        const char* vpn = bytes.data() + Kind::kVpnOffset;
         if (reason == nullptr && !IsText(vpn)) reason = "a VPN name does not end";
         if (reason == nullptr && vpn[0] == '\0') reason = "a VPN name is empty";
         if (reason == nullptr) {
@@ -121,7 +148,7 @@ bool LoadVpns(Cursor& cursor, const std::string& key, typename Kind::Profile& pr
             damage.Tell(key, reason);
         }
     }
-    if (length < 0) damage.Tell(key, "its entries cannot be read to the end");
+    if (!entries) damage.Tell(key, "its entries cannot be read to the end");
     return true;
 }
 
@@ -130,10 +157,13 @@ void LoadDefaultSegment(DBM_HANDLE handle, typename Kind::Profile& profile, cons
     constexpr int32_t kWhole = 0;
     const std::string key = std::string(Kind::kSegmentPrefix) + profile.name;
     const auto key_length = static_cast<uint32_t>(key.size() + 1);
-    if (DBM_IsKeyExist(handle, key.c_str(), key_length) != 1) return;
+    if (!ReadSaved([&] { return DBM_IsKeyExist(handle, key.c_str(), key_length) == 1; })) return;
     char bytes[Kind::kSize + 1];  // so that a longer value shows
-    const int32_t length =
-        DBM_GetBinary(handle, key.c_str(), key_length, kWhole, sizeof bytes, bytes);
+    int32_t length = 0;
+    (void)ReadSaved([&] {  // what it lacks shows below
+        length = DBM_GetBinary(handle, key.c_str(), key_length, kWhole, sizeof bytes, bytes);
+        return length > 0;
+    });
     typename Kind::Segment segment{};
     const char* reason = ReadSegment<Kind>(length, bytes, segment);
     if (reason != nullptr) {
@@ -145,14 +175,16 @@ void LoadDefaultSegment(DBM_HANDLE handle, typename Kind::Profile& profile, cons
 
 template <typename Kind>
 bool LoadKind(DBM_HANDLE handle, const Damage& damage) {
-    for (const SavedKey& key : SavedKeys(handle, Kind::kListType)) {
+    const auto keys = SavedKeys(handle, Kind::kListType);
+    if (!keys) return false;
+    for (const SavedKey& key : *keys) {
         const auto name = NameInKey(key, Kind::kPrefix);
         if (!name || key.kind != DBM_KIND_SORTED) {
             damage.Tell(key.text, "it is no profile");
             continue;
         }
-        Cursor cursor(handle, key.text);
-        if (cursor.position == nullptr) {
+        const Entries entries = ReadSaved([&] { return ReadEntries<Kind>(handle, key.text); });
+        if (entries.end == Entries::End::kNoList) {
             damage.Tell(key.text, "its entries cannot be read");
             continue;
         }
@@ -167,7 +199,7 @@ bool LoadKind(DBM_HANDLE handle, const Damage& damage) {
         }
         typename Kind::Profile* profile = Kind::Find(name->c_str());
         if (added != 0 || profile == nullptr) return false;
-        if (!LoadVpns<Kind>(cursor, key.text, *profile, damage)) return false;
+        if (!LoadVpns<Kind>(entries, key.text, *profile, damage)) return false;
         LoadDefaultSegment<Kind>(handle, *profile, damage);
     }
     return true;

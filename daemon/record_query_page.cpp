@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 
+#include "memory_watch.h"
 #include "record_query_answers.h"
 #include "record_query_scan.h"
 
@@ -26,21 +28,30 @@ struct Record : UserRecord {
     Record& operator=(const Record&) = delete;
 };
 
-/// The record that the scan stands on, with its detail text. False when it was dropped since.
-bool Decode(const RecordStore& store, const RecordScan& scan, Record& record) {
+/// Throws std::bad_alloc for want of memory for the detail text, which the library leaves out then.
+void DecodeStored(const void* stored, uint32_t length, Record& record) {
+    const MemoryWatch memory;
+    DOM_userrecord_tlv_DecodeUserRecordStlv(stored, length, &record);
+    if (memory.RanShort()) throw std::bad_alloc();
+}
+
+enum class Read { kDone, kDropped, kFailed };
+
+/// The record that the scan stands on, with its detail text, unless it was dropped since.
+Read Decode(const RecordStore& store, const RecordScan& scan, Record& record) {
     if (scan.StoredLength() < kComparedSize) {
-        DOM_userrecord_tlv_DecodeUserRecordStlv(scan.Stored(), scan.StoredLength(), &record);
-        return true;
+        DecodeStored(scan.Stored(), scan.StoredLength(), record);
+        return Read::kDone;
     }
     const uint64_t serial = RecordCursor::SerialOf(scan.Stored());
     const auto stored = std::make_unique<uint8_t[]>(DOM_RECORD_STORED_SIZE);
     RecordCursor whole(store, scan.List(), serial + 1);
     const uint32_t length = whole.Next(stored.get(), DOM_RECORD_STORED_SIZE);
     if (length < RecordCursor::kSerialEnd || RecordCursor::SerialOf(stored.get()) != serial) {
-        return false;
+        return whole.Failed() ? Read::kFailed : Read::kDropped;
     }
-    DOM_userrecord_tlv_DecodeUserRecordStlv(stored.get(), length, &record);
-    return true;
+    DecodeStored(stored.get(), length, record);
+    return Read::kDone;
 }
 
 /// Appends the record with the TLVs that stand in front of it.
@@ -64,7 +75,9 @@ Message MakePage(const RecordStore& store, const RecordQuery& query) {
         ++looked_at;
         if (query.filter.Passes(scan.Fields())) {
             Record record;
-            if (Decode(store, scan, record)) {
+            const Read read = Decode(store, scan, record);
+            if (read == Read::kFailed) return nullptr;
+            if (read == Read::kDone) {
                 if (!Append(reply.get(), scan.List(), record, query.brief)) return nullptr;
                 ++records;
             }

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "command_failures.h"
+#include "memory_watch.h"
 
 namespace aaad {
 
@@ -56,11 +57,16 @@ bool IsComplete(TLV_MSG* message) {
     return lists == 1 && last_record != nullptr && Message(AAA_GetSubTlv(message, last_record));
 }
 
-/// The answer, or 0 and the record.
+/// The answer, or 0 and the record, whole: the library leaves a detail text out for which memory
+/// does not suffice.
 uint32_t ReadRecord(TLV_MSG* message, ReportedRecord& reported) {
-    if (!IsComplete(message)) return AAAD_ERR_MALFORMED;
-    uint16_t flags = 0;  // the access modules' own
-    return PAM_DecUserRecordMsg(message, &reported.list, &flags, &reported.record);
+    const MemoryWatch memory;
+    uint32_t result = AAAD_ERR_MALFORMED;
+    if (IsComplete(message)) {
+        uint16_t flags = 0;  // the access modules' own
+        result = PAM_DecUserRecordMsg(message, &reported.list, &flags, &reported.record);
+    }
+    return memory.RanShort() ? DOM_ERR_FAILED : result;
 }
 
 }  // namespace

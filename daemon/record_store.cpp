@@ -13,6 +13,7 @@
 #include <new>
 
 #include "failure.h"
+#include "memory_watch.h"
 #include "record_list_keys.h"
 
 namespace aaad {
@@ -121,7 +122,8 @@ RecordStore::~RecordStore() {
 /// Records are not worth a daemon that does not start: after a crash of the machine their database
 /// may be damaged.
 void RecordStore::Open() {
-    bool readable = TryOpen();
+    // Twice, because what is moved away is lost to whoever asks for records.
+    bool readable = TryOpen() || TryOpen();
     if (!readable) {
         const std::string path = run_dir_ + "/" DOM_RUN_DB_DATABASE;
         const std::string away = path + ".unreadable";
@@ -140,14 +142,19 @@ void RecordStore::Open() {
 }
 
 /// False, and nothing is open, when the database cannot be opened or one of its lists not read.
+/// Throws for want of memory or room, which is no damage.
 bool RecordStore::TryOpen() {
+    const MemoryWatch memory;
     handle_ = DOM_CreateRecordRunDB();
-    if (handle_ == DBM_INVALID_HANDLE) return false;
-    DOM_SetRecordRunDBHandle(handle_);
-    const bool has_lists = DOM_CreateAllRecordDBAvlList() == DOM_OK;
-    if (has_lists && FindSerials()) return true;
-    handle_ = DOM_DestroyRecordRunDB();
-    if (!has_lists) throw NotUsable(run_dir_);  // want of room is no damage
+    bool has_lists = true;
+    if (handle_ != DBM_INVALID_HANDLE) {
+        DOM_SetRecordRunDBHandle(handle_);
+        has_lists = DOM_CreateAllRecordDBAvlList() == DOM_OK;
+        if (has_lists && FindSerials()) return true;
+        handle_ = DOM_DestroyRecordRunDB();
+    }
+    if (memory.RanShort()) throw std::bad_alloc();
+    if (!has_lists) throw NotUsable(run_dir_);
     return false;
 }
 
@@ -366,7 +373,9 @@ uint32_t RecordStore::Apply(TLV_MSG* message) {
     if (DBM_Begin(handle_) != 0) return AAAD_ERR_NOT_SAVED;
     const Lists before = lists_;
     gone_.clear();
+    const MemoryWatch memory;
     uint32_t result = DOM_RestoreData(message, 0, 0, 0, nullptr, nullptr);
+    if (result == DOM_OK && memory.RanShort()) result = AAAD_ERR_NOT_SAVED;
     if (result == DOM_OK) {
         if (!FindSerials() || !SaveSerials(lists_) || !MakeRoom()) result = AAAD_ERR_NOT_SAVED;
     }

@@ -55,6 +55,7 @@ struct Request {
     Message data;                     // the answer of a read
     bool handed_over = false;         // the working role got the change, too
     uint32_t working_result = 0;      // and what it said
+    bool incomplete = false;          // a role took it with something left out for want of memory
 };
 
 }  // namespace aaad

@@ -14,6 +14,8 @@
 #include <new>
 
 #include "heap_room.h"
+#include "memory_watch.h"
+#include "saved_read.h"
 #include "table_lock.h"
 
 namespace aaad {
@@ -24,8 +26,11 @@ struct DomainDestroyer {
 };
 using DomainPtr = std::unique_ptr<DomainInfo, DomainDestroyer>;
 
-/// Puts a record into the first empty slot. The table owns it on success.
+/// Puts a record into the first empty slot. The table owns it, unless it is still in `record`.
+/// False for want of memory, also for the node of one of the two orders, without which the library
+/// adds a domain, too.
 bool Add(DomainPtr& record) {
+    const MemoryWatch memory;
     ZorvDomain* mib_node = DOM_CreateZorvDomain();
     if (mib_node == nullptr) return false;
     SchemeResources schemes{};
@@ -38,7 +43,7 @@ bool Add(DomainPtr& record) {
         DOM_AddDomain(record.release(), mib_node, &schemes);
     }
     DOM_DestroyDomainSchemeResource(&schemes);  // the nodes that the domain did not need
-    return true;
+    return !memory.RanShort();
 }
 
 /// Occupies a slot. The slash keeps the name apart from every domain's.
@@ -74,7 +79,7 @@ bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
             if (!placeholder) return false;
             placeholders.push_back(placeholder.get());
             if (!Add(placeholder)) {
-                placeholders.pop_back();
+                if (placeholder) placeholders.pop_back();
                 return false;
             }
         }
@@ -86,12 +91,17 @@ bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
     uint32_t next_slot = 0;
     int32_t after = -1;
     while (complete) {
-        const int32_t found =
-            DBM_GetNextArrayIndex(handle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, after);
-        if (found <= after || found >= DOM_MAX_DOMAINS) break;
+        int32_t found = -1;
+        const bool any = ReadSaved([&] {
+            found =
+                DBM_GetNextArrayIndex(handle, DOM_DB_KEY_DOMAINS, DOM_DB_KEY_DOMAINS_LEN, after);
+            return found > after;
+        });
+        if (!any || found >= DOM_MAX_DOMAINS) break;
         after = found;
         const uint32_t index = static_cast<uint32_t>(found);
-        DomainPtr record(DOM_GetDomainFromDBByIndex(handle, index));
+        DomainPtr record =
+            ReadSaved([&] { return DomainPtr(DOM_GetDomainFromDBByIndex(handle, index)); });
         if (!record || record->name[0] == '\0') {
             report.undecodable_indexes.push_back(index);
             continue;
@@ -117,20 +127,23 @@ bool LoadDomains(DBM_HANDLE handle, LoadReport& report) {
 void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
     char name[DOM_NAME_SIZE] = {};
     // Taking the default domain away saves an empty name, which the getter refuses like none.
-    report.default_domain_saved = DOM_GetDefDomainFromDB(handle, name) == DOM_OK;
+    report.default_domain_saved =
+        ReadSaved([&] { return DOM_GetDefDomainFromDB(handle, name) == DOM_OK; });
     DOM_SetDefaultDomainName(report.default_domain_saved ? name : DOM_SYSTEM_DOMAIN);
 
     // New tables keep the former ones' name and number, which may be those of a change that was
     // taken back.
-    const bool has_unknown = DOM_GetUnknownDomainFromDB(handle, name) == DOM_OK;
+    const bool has_unknown =
+        ReadSaved([&] { return DOM_GetUnknownDomainFromDB(handle, name) == DOM_OK; });
     DOM_SetUnknownDomainName(has_unknown ? name : "");
     uint32_t device_id = 0;
-    const bool has_device_id = DOM_GetDeviceIDFromDB(handle, &device_id) == DOM_OK;
+    const bool has_device_id =
+        ReadSaved([&] { return DOM_GetDeviceIDFromDB(handle, &device_id) == DOM_OK; });
     DOM_SetDeviceID(has_device_id ? device_id : 0);
 
     // What the getter presets is not a saved limit: without one the table's own limits stay.
     uint32_t stored[5] = {};
-    if (DOM_GetSessionLimitFromDB(handle, stored) == DOM_OK) {
+    if (ReadSaved([&] { return DOM_GetSessionLimitFromDB(handle, stored) == DOM_OK; })) {
         const SessionLimits limits{stored[0], stored[1], stored[2], stored[3], stored[4]};
         DOM_SetAllSessionLimit(&limits);
     }
@@ -138,11 +151,12 @@ void LoadSettings(DBM_HANDLE handle, LoadReport& report) {
 
 void LoadRecordSettings(DBM_HANDLE handle) {
     RecordSwitches switches{};
-    if (DOM_GetRecordEnableInfoFromDB(handle, &switches) == DOM_OK) {
+    if (ReadSaved([&] { return DOM_GetRecordEnableInfoFromDB(handle, &switches) == DOM_OK; })) {
         DOM_SetRecordEnableInfoAll(&switches);
     }
     BackupMethods methods{};
-    if (DOM_GetRecordBackupInfoFromDBStruct(handle, &methods) == DOM_OK) {
+    if (ReadSaved(
+            [&] { return DOM_GetRecordBackupInfoFromDBStruct(handle, &methods) == DOM_OK; })) {
         DOM_SetAAAUserRecordBackupMethod(&methods);
     }
 }
@@ -150,8 +164,11 @@ void LoadRecordSettings(DBM_HANDLE handle) {
 }  // namespace
 
 void LoadRecordDefaults(DBM_HANDLE handle) {
-    DOM_SetUserRecordEnableDefault(DOM_GetUserRecordEnableDefaultFromDB(handle));
-    DOM_SetUserRecordBackupMethodDefault(DOM_GetRecordBackupMethodDefaultFromDB(handle));
+    // 0 is what they start as, and what is read where none is saved.
+    DOM_SetUserRecordEnableDefault(
+        ReadSaved([&] { return DOM_GetUserRecordEnableDefaultFromDB(handle); }));
+    DOM_SetUserRecordBackupMethodDefault(
+        ReadSaved([&] { return DOM_GetRecordBackupMethodDefaultFromDB(handle); }));
 }
 
 bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
@@ -160,6 +177,10 @@ bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
     bool complete = false;
     try {
         complete = LoadDomains(handle, report);
+        if (complete) {
+            LoadSettings(handle, report);
+            LoadRecordSettings(handle);
+        }
     } catch (const std::bad_alloc&) {
         complete = false;
     }
@@ -167,8 +188,6 @@ bool LoadRoleTables(DBM_HANDLE handle, LoadReport& report) {
         (void)DOM_DomainInfoTableFini();
         return false;
     }
-    LoadSettings(handle, report);
-    LoadRecordSettings(handle);
     return true;
 }
 

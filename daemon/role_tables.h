@@ -22,7 +22,8 @@ struct LoadReport {
 };
 
 /// Sets what switches and flags start as when none are saved; the tables read it when they are
-/// made. The two words are the process's, so this comes before the tables of any role.
+/// made. The two words are the process's, so this comes before the tables of any role. Throws
+/// std::bad_alloc.
 void LoadRecordDefaults(DBM_HANDLE handle);
 
 /// Initialises the role's tables and loads them. False when memory is short or the tables cannot be

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "saved_read.h"
 #include "short_text.h"
 
 namespace aaad {
@@ -12,25 +13,32 @@ struct Iterator {
     void* position = nullptr;
 };
 
-}  // namespace
+using Keys = std::vector<SavedKey>;
 
-std::vector<SavedKey> SavedKeys(DBM_HANDLE handle, uint32_t value_type) {
+std::optional<Keys> ListedKeys(DBM_HANDLE handle, uint32_t value_type) {
     std::vector<DBM_KEY_SLOT> slots(DBM_GetKeyNumByValueType(handle, value_type));
-    if (slots.empty()) return {};
-    uint32_t filled;
-    {
+    uint32_t filled = 0;
+    if (!slots.empty()) {
         Iterator iterator;
         filled = DBM_GetKeysByValueType(handle, static_cast<uint32_t>(slots.size()), value_type,
                                         &iterator.position, slots.data());
     }
-    std::vector<SavedKey> keys;
+    Keys keys;
     keys.reserve(filled);
     for (uint32_t i = 0; i < filled; ++i) {
         std::string_view text(slots[i].key, slots[i].key_length);
         if (!text.empty() && text.back() == '\0') text.remove_suffix(1);
         keys.push_back({std::string(text), slots[i].kind});
     }
+    // A database that refuses to count or to list gives fewer keys, and does not tell.
+    if (keys.size() != DBM_GetKeyNumByValueType(handle, value_type)) return std::nullopt;
     return keys;
+}
+
+}  // namespace
+
+std::optional<Keys> SavedKeys(DBM_HANDLE handle, uint32_t value_type) {
+    return ReadSaved([&] { return ListedKeys(handle, value_type); });
 }
 
 std::optional<std::string> NameInKey(const SavedKey& key, const char* prefix) {

@@ -15,8 +15,8 @@ struct SavedKey {
     uint32_t kind;     // DBM_KIND_...
 };
 
-/// Ascending by their bytes. Throws std::bad_alloc.
-std::vector<SavedKey> SavedKeys(DBM_HANDLE handle, uint32_t value_type);
+/// Ascending by their bytes; none when the database does not list them all. Throws std::bad_alloc.
+std::optional<std::vector<SavedKey>> SavedKeys(DBM_HANDLE handle, uint32_t value_type);
 
 /// The object's name in a key, which is the prefix and the name; none when the key is not so, or
 /// its name is empty or longer than 31 characters. Throws std::bad_alloc.

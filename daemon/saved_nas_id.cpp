@@ -29,8 +29,9 @@ static_assert(sizeof(NasIdBinding::nas_id) == DOM_DB_NASID_ENTRY_TEXT_SIZE);
 bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
                         std::vector<std::string>* damaged) {
     try {
-        const std::vector<SavedKey> keys = SavedKeys(handle, DOM_DB_NASID_VLAN);
-        for (const SavedKey& key : keys) {
+        const auto keys = SavedKeys(handle, DOM_DB_NASID_VLAN);
+        if (!keys) return false;
+        for (const SavedKey& key : *keys) {
             const auto name = NameInKey(key, DOM_DB_PREFIX_NASID_PROFILE);
             if (name && key.kind == DBM_KIND_SORTED) {
                 names.push_back(*name);
@@ -38,8 +39,7 @@ bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
                 damaged->push_back(key.text);
             }
         }
-        // A database that refuses to count or to list gives fewer keys, and does not tell.
-        return keys.size() == DBM_GetKeyNumByValueType(handle, DOM_DB_NASID_VLAN);
+        return true;
     } catch (const std::bad_alloc&) {
         return false;
     }

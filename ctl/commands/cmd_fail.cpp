@@ -31,6 +31,13 @@ class FailureList {
     FailureList& operator=(const FailureList&) = delete;
 
     CmdAuthorFailRec* Get() { return &list_; }
+    /// The count is of the failures that were sent. Throws std::bad_alloc when one of them is lost,
+    /// which the decoder's result does not tell.
+    void CheckComplete() const {
+        uint32_t nodes = 0;
+        for (const CmdAuthorFailNode* node = First(); node != End(); node = node->next) ++nodes;
+        if (nodes != list_.count) throw std::bad_alloc();
+    }
     const CmdAuthorFailNode* First() const { return list_.head.next; }
     const CmdAuthorFailNode* End() const {
         return reinterpret_cast<const CmdAuthorFailNode*>(&list_.head);
@@ -75,6 +82,7 @@ class List : public Command {
                           "the daemon's answer cannot be read",
                           "Use the aaactl of the daemon's release");
         }
+        failures.CheckComplete();
         Json shown = Json::array();
         std::vector<std::vector<std::string>> rows = {
             {"TIME", "USER", "FROM", "REASON", "COMMAND"}};

@@ -9,6 +9,29 @@
 
 namespace aaactl {
 
+/// The options of where and with which addresses a user came in, of filters and of reports.
+class AccessOptions {
+  public:
+    struct Values {
+        std::optional<Mac> mac;
+        std::optional<Ipv4> ipv4;
+        std::optional<Ipv6> ipv6;
+        std::optional<uint16_t> outer_vlan;
+        std::optional<uint16_t> inner_vlan;
+    };
+
+    void Define(CLI::App& app);
+    /// Throws what is wrong with a value.
+    Values Parse() const;
+
+  private:
+    std::optional<std::string> mac_;
+    std::optional<std::string> ipv4_;
+    std::optional<std::string> ipv6_;
+    std::optional<std::string> outer_vlan_;
+    std::optional<std::string> inner_vlan_;
+};
+
 class RecordFilterOptions {
   public:
     void Define(CLI::App& app);
@@ -23,11 +46,7 @@ class RecordFilterOptions {
     std::optional<std::string> user_;
     std::optional<std::string> domain_;
     std::optional<std::string> interface_;
-    std::optional<std::string> mac_;
-    std::optional<std::string> ipv4_;
-    std::optional<std::string> ipv6_;
-    std::optional<std::string> outer_vlan_;
-    std::optional<std::string> inner_vlan_;
+    AccessOptions access_;
 };
 
 /// A VLAN or another number of 16 bits.

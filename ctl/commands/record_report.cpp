@@ -69,11 +69,7 @@ class Report : public Command {
             app.add_option("--interface", interface_, "The interface, at most 47 characters");
         app.add_option("--interface-index", interface_index_, "The system's index of the interface")
             ->excludes(name);
-        app.add_option("--mac", mac_, "The MAC address, as 00:11:22:33:44:55");
-        app.add_option("--ipv4", ipv4_, "The IPv4 address");
-        app.add_option("--ipv6", ipv6_, "The IPv6 address");
-        app.add_option("--vlan", outer_vlan_, "The outer VLAN");
-        app.add_option("--inner-vlan", inner_vlan_, "The inner VLAN");
+        access_.Define(app);
         app.add_option("--service", service_, "The number of the service or slot");
         app.add_option("--access-type", access_type_, "The code of the access type");
         app.add_option("--session", session_, "The length of the session, as 90s or 2h");
@@ -88,11 +84,12 @@ class Report : public Command {
         SetText(source.first_name, "domain", domain_);
         CheckFits("interface", interface_, sizeof UserRecord::interface_name);
         source.interface_index = ParseNumber("interface index", interface_index_, UINT32_MAX);
-        if (mac_) Copy(ParseMac(*mac_), source.mac);
-        if (ipv4_) Copy(ParseIpv4(*ipv4_), source.ipv4);
-        if (ipv6_) Copy(ParseIpv6(*ipv6_), source.ipv6);
-        source.number16[0] = ParseNumber16("VLAN", outer_vlan_);
-        source.number16[1] = ParseNumber16("inner VLAN", inner_vlan_);
+        const AccessOptions::Values access = access_.Parse();
+        if (access.mac) Copy(*access.mac, source.mac);
+        if (access.ipv4) Copy(*access.ipv4, source.ipv4);
+        if (access.ipv6) Copy(*access.ipv6, source.ipv6);
+        source.number16[0] = access.outer_vlan.value_or(0);
+        source.number16[1] = access.inner_vlan.value_or(0);
         source.number16[2] = ParseNumber16("service", service_);
         source.third_number = ParseDuration("--session", session_);
         source.fourth_number = ParseNumber("access type", access_type_, UINT32_MAX);
@@ -148,11 +145,7 @@ class Report : public Command {
     std::string domain_;
     std::string interface_;
     std::string interface_index_ = "0";
-    std::optional<std::string> mac_;
-    std::optional<std::string> ipv4_;
-    std::optional<std::string> ipv6_;
-    std::string outer_vlan_ = "0";
-    std::string inner_vlan_ = "0";
+    AccessOptions access_;
     std::string service_ = "0";
     std::string access_type_ = "0";
     std::string session_ = "0";

@@ -193,9 +193,10 @@ TLV_MSG* DOM_Rec_tlv_EncodeAcctScheme(uint32_t type,
  * @param msg          borrowed.
  * @param size         bytes of `methods_out`; 264 for all six items, a shorter one gets what fits.
  * @param methods_out  cleared, then the items at the positions they carry; a message without items
- *                     leaves it cleared, reading ends at one that cannot be read. Null is
+ *                     leaves it cleared, reading ends at one that is malformed. Null is
  *                     skipped.
- * @return the type, as DOM_Rec_tlv_DecodePolicyType; the items do not count.
+ * @return the type, as DOM_Rec_tlv_DecodePolicyType; DOM_ERR_FAILED, which is no type, when memory
+ *         is short: `methods_out` is cleared then.
  * @thread any; takes no lock.
  */
 uint32_t DOM_Rec_tlv_DecodeAcctScheme(TLV_MSG* msg, uint32_t size,

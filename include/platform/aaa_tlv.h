@@ -273,6 +273,16 @@ uint32_t AAA_GetSubFields(TLV_MSG* msg, TLV_ITER* it, const AAA_FIELD* fields, u
                           void* record, uint32_t* position, AAA_OTHER_FN other,
                           void* context) PLATFORM_NOEXCEPT;
 
+/**
+ * Counts the TLVs of a type, from one TLV to the end of the message.
+ * @param msg   borrowed; nested messages are not looked into.
+ * @param it    owned by `msg`; the first TLV that counts.
+ * @param type  any 16-bit number.
+ * @return how many; 0 when `msg` or `it` is null or `it` lies outside `msg`.
+ * @thread any.
+ */
+uint32_t AAA_CountTlvs(TLV_MSG* msg, TLV_ITER* it, uint16_t type) PLATFORM_NOEXCEPT;
+
 /** The array whose structures a message carries as nested messages of one type, each with its
  *  position. */
 typedef struct AAA_RECORDS {

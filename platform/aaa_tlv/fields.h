@@ -20,8 +20,7 @@ inline constexpr uint32_t kFieldRoom = 24;
 /// Header of a TLV whose value is a nested message, and that message's header.
 inline constexpr uint32_t kNestedHeader = kTlvHeader + kImageHeader;
 
-/// A TLV of a number, and its header's length where the type's bits have been shifted out.
-inline constexpr uint32_t kNumberTlv = kTlvHeader + sizeof(uint32_t);
+/// A number's length, where the bits of the TLV's type have been shifted out of its header.
 inline constexpr uint64_t kNumberLength = uint64_t{sizeof(uint32_t)} << 32;
 
 struct FieldTable {
@@ -237,8 +236,8 @@ inline void TakeExpected(FieldWalk& walk, const uint8_t* readable, uint8_t* reco
             } else if (field.kind == AAA_FIELD_HALF) {
                 const auto half = static_cast<uint16_t>(number);
                 std::memcpy(record + field.offset, &half, sizeof half);
-            } else {
-                break;
+            } else if (field.kind != AAA_FIELD_BLOCK || field.size != 0) {
+                break;  // a block of no bytes is one that is passed over
             }
             at += kNumberTlv;
         } else {

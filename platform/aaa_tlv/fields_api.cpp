@@ -154,6 +154,15 @@ uint32_t AAA_EndSubTlv(TLV_MSG* msg, uint32_t mark) noexcept {
     return kOk;
 }
 
+uint32_t AAA_CountTlvs(TLV_MSG* msg, TLV_ITER* it, uint16_t type) noexcept {
+    if (msg == nullptr) return 0;
+    uint32_t count = 0;
+    for (TlvAt tlv = Locate(msg, it); tlv; tlv = Locate(msg, IterAt(tlv.Value() + tlv.length))) {
+        count += tlv.Type() == type;
+    }
+    return count;
+}
+
 uint32_t AAA_GetFields(TLV_MSG* msg, const AAA_FIELD* fields, uint32_t count, void* record,
                        AAA_OTHER_FN other, void* context) noexcept {
     if (msg == nullptr || record == nullptr || (fields == nullptr && count != 0)) {

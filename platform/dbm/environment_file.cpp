@@ -32,6 +32,8 @@ struct DirectoryLock {
     ~DirectoryLock() {
         if (fd >= 0) close(fd);
     }
+    DirectoryLock(const DirectoryLock&) = delete;
+    DirectoryLock& operator=(const DirectoryLock&) = delete;
     int fd;
 };
 

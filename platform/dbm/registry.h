@@ -17,7 +17,10 @@ struct ProcessState;
 
 /* An environment as the registry shares it: its end takes it out of the registry. */
 struct SharedEnvironment {
+    SharedEnvironment() = default;
     ~SharedEnvironment();
+    SharedEnvironment(const SharedEnvironment&) = delete;
+    SharedEnvironment& operator=(const SharedEnvironment&) = delete;
     Environment environment;
     ProcessState* state = nullptr; /* set while it is registered */
     int directory_fd = -1;         /* keeps the directory's inode number from being given away */

@@ -27,9 +27,10 @@ StoredKey::StoredKey(uint8_t tag, const void* key, uint32_t key_len) noexcept
     memcpy(bytes_ + kStoredKeyHeader, key, key_len);
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
 StoredKey& StoredKey::operator=(const StoredKey& other) noexcept {
-    /* Behind the length nothing was ever written. */
-    memcpy(bytes_, other.bytes_, other.length_);
+    /* Behind the length nothing was ever written. Assigned to itself it stays what it is. */
+    memmove(bytes_, other.bytes_, other.length_);
     prefix_ = other.prefix_;
     length_ = other.length_;
     return *this;

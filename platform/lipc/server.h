@@ -13,6 +13,7 @@ class Server {
   public:
     Server() = default;
     Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
     /// Closes everything; removes the socket file if it is still this server's.
     ~Server();
 

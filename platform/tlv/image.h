@@ -16,6 +16,8 @@ inline constexpr uint32_t kImageHeader = 8;
 inline constexpr uint32_t kBodyLengthAt = 4;
 inline constexpr uint32_t kTlvHeader = 6;
 inline constexpr uint32_t kTlvLengthAt = 2;
+/// A TLV of a 32-bit number.
+inline constexpr uint32_t kNumberTlv = kTlvHeader + sizeof(uint32_t);
 
 inline void StartImage(uint8_t* image) noexcept {
     StoreLittleEndian<uint32_t>(image, kImageStart);
@@ -40,6 +42,12 @@ inline bool BodyIsWellFormed(const uint8_t* image, uint32_t length) noexcept {
     while (at != end) {
         if (end - at < static_cast<ptrdiff_t>(kTlvHeader)) return false;
         const uint32_t value = LoadLittleEndian<uint32_t>(at + kTlvLengthAt);
+        // Most TLVs are numbers. A step of a constant, which the processor foresees, does not wait
+        // for the length to be read.
+        if (value == sizeof(uint32_t) && end - at >= static_cast<ptrdiff_t>(kNumberTlv)) {
+            at += kNumberTlv;
+            continue;
+        }
         at += kTlvHeader;
         if (value > static_cast<uint64_t>(end - at)) return false;
         at += value;

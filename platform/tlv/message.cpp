@@ -69,10 +69,15 @@ TLV_MSG* CreateForImage(uint32_t length) noexcept {
 }
 
 TLV_MSG* CopyImage(const uint8_t* image, uint32_t length) noexcept {
-    if (!IsImage(image, length)) return nullptr;
+    if (length < kImageHeader || ImageLengthOf(image) != length) return nullptr;
     TLV_MSG* msg = CreateForImage(length);
-    if (msg != nullptr) std::memcpy(msg->image, image, length);
-    return msg;
+    if (msg == nullptr) return nullptr;
+    // First the copy, which reads ahead, then the walk through it: a walk through bytes that are in
+    // no cache waits for each TLV's length before it knows where the next one is.
+    std::memcpy(msg->image, image, length);
+    if (BodyIsWellFormed(msg->image, length)) return msg;
+    DestroyMessage(msg);
+    return nullptr;
 }
 
 TLV_MSG* TakeNested(TLV_MSG* msg, const TlvAt& tlv) noexcept {

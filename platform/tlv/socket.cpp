@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 /// A peer cannot make this process reserve more than this for one image.
-constexpr uint64_t kLargestFrame = 16 * 1024 * 1024;
+constexpr uint64_t kLargestFrame = uint64_t{16} * 1024 * 1024;
 
 /// The end of a call's wait, which all its steps share.
 class Deadline {

@@ -75,6 +75,8 @@ class PoolKey {
         Drain(thread_pool);
         pthread_key_delete(key);
     }
+    PoolKey(const PoolKey&) = delete;
+    PoolKey& operator=(const PoolKey&) = delete;
 } pool_key;
 
 /// First use of the pool by this thread.

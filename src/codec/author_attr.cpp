@@ -1,6 +1,11 @@
 #include "codec/author_attr.h"
 
 #include <aaadom/codes.h>
+#include <aaadom/domain.h>
+
+#include <algorithm>
+#include <iterator>
+#include <type_traits>
 
 #include "codec/field_table.h"
 
@@ -67,6 +72,30 @@ constexpr Field kAttributeFieldList[] = {
 #undef AT
 constexpr FieldTable kAttributeFields(kAttributeFieldList);
 
+constexpr Field UsualForm(Field field) {
+    if (field.kind == kRateScaled) field.kind = kWordWriteOnly;
+    if (field.kind == kRate) field.kind = kWord;
+    if (field.kind == kTextLowerCase) field.kind = kText;
+    return field;
+}
+
+/// The attributes of a message that has every rate unscaled, as all but old senders write it: then
+/// the scaled ones count for nothing, so all numbers are plain. The policy name is read as it
+/// comes.
+struct UsualFieldList {
+    Field fields[std::size(kAttributeFieldList)];
+
+    constexpr UsualFieldList() : fields{} {
+        for (size_t i = 0; i < std::size(fields); ++i) {
+            fields[i] = UsualForm(kAttributeFieldList[i]);
+        }
+    }
+};
+constexpr FieldTable kUsualFields(UsualFieldList().fields);
+
+/// No rate that anybody sets. One that is set all the same is read the long way.
+constexpr uint32_t kNoRate = 0x9E3779B1;
+
 }  // namespace
 
 void AppendAttributes(Appender& append, const AuthorAttr& attributes) noexcept {
@@ -79,6 +108,15 @@ uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept {
 }
 
 uint32_t ReadAttributes(const TlvItem& nested, AuthorAttr& attributes) noexcept {
+    auto& rates = attributes.kind21_rates;
+    uint32_t former[std::extent_v<decltype(AuthorAttr::kind21_rates)>];
+    std::copy(std::begin(rates), std::end(rates), former);
+    std::fill(std::begin(rates), std::end(rates), kNoRate);
+    const uint32_t result = ReadNestedFields(nested, &attributes, kUsualFields);
+    if (result != DOM_OK) return result;
+    DOM_ToLowerCaseStr(attributes.ita_policy_name);
+    if (std::find(std::begin(rates), std::end(rates), kNoRate) == std::end(rates)) return DOM_OK;
+    std::copy(std::begin(former), std::end(former), rates);
     return ReadNestedFields(nested, &attributes, kAttributeFields);
 }
 

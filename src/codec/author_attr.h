@@ -11,8 +11,8 @@ namespace aaadom {
 void AppendAttributes(Appender& append, const AuthorAttr& attributes) noexcept;
 /// Stores what the nested message carries; attributes that it lacks keep their value.
 [[nodiscard]] uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept;
-/// The same from the TLV that carries the nested message; `attributes` is undefined when the value
-/// is no message.
+/// The same from the TLV that carries the nested message; `attributes` is undefined after
+/// a failure.
 [[nodiscard]] uint32_t ReadAttributes(const TlvItem& nested, AuthorAttr& attributes) noexcept;
 
 }  // namespace aaadom

@@ -4,10 +4,14 @@
 #include <aaadom/domain.h>
 #include <aaadom/method_list.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
+#include <utility>
 
+#include "base/attribute_defaults.h"
+#include "base/domain_block.h"
 #include "codec/author_attr.h"
 #include "codec/field_table.h"
 #include "codec/method_item.h"
@@ -46,23 +50,54 @@ constexpr Field kScalarFieldList[] = {
 #undef AT
 constexpr FieldTable kScalarFields(kScalarFieldList);
 
-DomainPtr CreateRecordForDecoding() noexcept {
-    DomainPtr record(static_cast<DomainInfo*>(calloc(1, sizeof(DomainInfo))));
+/// A domain message from its begin to its end, but for the lists before the attributes. The code
+/// has been read already.
+struct MessageFields {
+    AAA_FIELD fields[kScalarFields.Size() + 2];
+
+    constexpr MessageFields() : fields{} {
+        fields[0] = {DOM_TLV_MSG_CODE, AAA_FIELD_BLOCK, 0, 0};
+        for (size_t i = 0; i < kScalarFields.Size(); ++i) fields[i + 1] = kScalarFields.Read()[i];
+        fields[kScalarFields.Size() + 1] = {DOM_TLV_AUTHOR_ATTR, AAA_FIELD_OTHER, 0, 0};
+    }
+};
+constexpr MessageFields kMessage;
+
+DomainPtr CreateRecordForDecoding(ListRoom& room) noexcept {
+    DomainPtr record(room.CreateRecord());
     if (!record) return record;
     record->limit_value = DOM_DEF_LIMIT_VALUE;
     record->user_addr_type = DOM_DEF_ADDR_TYPE;
     record->acct_dual_stack_mode = DOM_DEF_DUAL_STACK;
+    PresetAttributes(record->author_attr);
     return record;
 }
 
-/// Stores a nested method list at its place; a list that was there before is freed.
-uint32_t TakeMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
-    MethodListPtr list(DOM_CreateMethodList());
-    if (!list) return DOM_ERR_FAILED;
+struct Decoding {
+    DomainInfo& record;
+    ListRoom& room;
+};
+
+constexpr uint32_t kListPlaces = DOM_AAA_TYPES * DOM_SERVICES;
+
+/// Room for the lists from `it` on. However many they are, there is one for each place that is
+/// empty at most, and one to read what replaces another.
+bool MakeRoom(ListRoom& room, TLV_MSG* msg, TLV_ITER* it) noexcept {
+    const uint32_t lists = AAA_CountTlvs(msg, it, DOM_TLV_METHOD_LIST);
+    return room.Extend(std::min(lists, kListPlaces - room.Placed() + 1));
+}
+
+/// Stores a nested method list at its place; a list that was there before is replaced.
+uint32_t TakeMethodList(const TlvItem& tlv, Decoding& decoding) noexcept {
+    DomainInfo& record = decoding.record;
+    MethodList* list = &decoding.room.Next();
     MethodEntry extra{};
     const uint32_t result = ReadMethodList(tlv, *list, extra);
-    if (result != DOM_OK) return result;
-    if (!IsListPlace(*list)) return DOM_ERR_FAILED;
+    if (result != DOM_OK || !IsListPlace(*list)) {
+        // The message counts no more, but it is read to its end.
+        *list = {};
+        return result != DOM_OK ? result : DOM_ERR_FAILED;
+    }
     // Every list of a column carries the column's extra item: an empty one must not erase it.
     if (extra.method_kind != METHOD_EMPTY) {
         // Member by member, because the item has just been written in these pieces.
@@ -72,9 +107,11 @@ uint32_t TakeMethodList(const TlvItem& tlv, DomainInfo& record) noexcept {
                sizeof extra.scheme_name + sizeof extra.reserved);
         kept.scheme_index = extra.scheme_index;
     }
-    MethodList*& place = record.method_lists[list->aaa_type][list->service];
-    DOM_DestroyMethodList(place);
-    place = list.release();
+    if (MethodList* former = record.method_lists[list->aaa_type][list->service]) {
+        *former = std::exchange(*list, {});
+    } else {
+        decoding.room.Place(record);
+    }
     return DOM_OK;
 }
 
@@ -88,9 +125,12 @@ uint32_t TakeAttributes(const TlvItem& tlv, AuthorAttr& attributes) noexcept {
 
 /// What is no plain member. The scalars that are sent only come here, too, and are skipped.
 uint32_t TakePart(void* context, uint16_t type, TLV_MSG* msg, TLV_ITER* it) noexcept {
-    auto& record = *static_cast<DomainInfo*>(context);
-    if (type == DOM_TLV_METHOD_LIST) return TakeMethodList({msg, it}, record);
-    if (type == DOM_TLV_AUTHOR_ATTR) return TakeAttributes({msg, it}, record.author_attr);
+    auto& decoding = *static_cast<Decoding*>(context);
+    if (type == DOM_TLV_METHOD_LIST) {
+        if (decoding.room.IsEmpty() && !MakeRoom(decoding.room, msg, it)) return DOM_ERR_FAILED;
+        return TakeMethodList({msg, it}, decoding);
+    }
+    if (type == DOM_TLV_AUTHOR_ATTR) return TakeAttributes({msg, it}, decoding.record.author_attr);
     return DOM_OK;
 }
 
@@ -137,12 +177,13 @@ TlvPtr EncodeDomainRecord(const DomainInfo& record) noexcept {
 
 DomainInfo* DecodeDomainRecord(TLV_MSG* msg) noexcept {
     if (!IsDomainCode(msg)) return nullptr;
-    DomainPtr record = CreateRecordForDecoding();
+    ListRoom room;
+    DomainPtr record = CreateRecordForDecoding(room);
     if (!record) return nullptr;
 
-    DOM_InitAuthorAttr(&record->author_attr);
-    const uint32_t result = AAA_GetFields(msg, kScalarFields.Read(), kScalarFields.ReadCount(),
-                                          record.get(), TakePart, record.get());
+    Decoding decoding{*record, room};
+    const uint32_t result = AAA_GetFields(msg, kMessage.fields, std::size(kMessage.fields),
+                                          record.get(), TakePart, &decoding);
     return result == DOM_OK ? record.release() : nullptr;
 }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "base/attribute_defaults.h"
 #include "base/text.h"
 
 namespace aaadom {
@@ -73,13 +74,7 @@ constexpr Field kFields[] = {
 
 constexpr AuthorAttr MakeInitial() noexcept {
     AuthorAttr initial{};
-    initial.kind0_word2 = 10240;
-    initial.kind9_word = 4;
-    initial.kind10_word = 4;
-    initial.kind14_word2 = 1;
-    initial.kind15_word = 1;
-    initial.kind19_word = -1;
-    initial.kind23_word = 65535;
+    PresetAttributes(initial);
     return initial;
 }
 constexpr AuthorAttr kInitial = MakeInitial();

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+#include "base/domain_block.h"
 #include "domain/author_attr.h"
 
 namespace aaadom {
@@ -46,14 +47,7 @@ DomainInfo* CreateDomainRecord() noexcept {
 }
 
 void DestroyDomainRecord(DomainInfo* record) noexcept {
-    if (record == nullptr) return;
-    for (auto& row : record->method_lists) {
-        // Most places of the grid are empty, and a call for each would cost more than the lists.
-        for (MethodList* list : row) {
-            if (list != nullptr) DOM_DestroyMethodList(list);
-        }
-    }
-    free(record);
+    FreeDomainRecord(record);
 }
 
 }  // namespace aaadom

@@ -22,8 +22,7 @@ constexpr uint32_t kNoSlot = DOM_MAX_DOMAINS;
 /// either happens whole or not at all. Frees what was not handed over.
 class Preparation {
   public:
-    explicit Preparation(const DomainInfo& record) noexcept {
-        mib_node_ = DOM_CreateZorvDomain();
+    explicit Preparation(const DomainInfo& record) noexcept : mib_node_(DOM_CreateZorvDomain()) {
         if (mib_node_ == nullptr) return;
         if (DOM_CreateDomainSchemeResource(&record, &resources_) != DOM_OK) return;
         netconf_node_ = CreateNetConfNode(record.name);
@@ -42,7 +41,7 @@ class Preparation {
     SchemeResources& Resources() noexcept { return resources_; }
 
   private:
-    ZorvDomain* mib_node_ = nullptr;
+    ZorvDomain* mib_node_;
     SchemeResources resources_{};
     NetConfDomain* netconf_node_ = nullptr;
 };

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "base/domain_block.h"
 #include "domain/method_list_edit.h"
 #include "domain/method_list_rules.h"
 #include "domain/method_list_store.h"
@@ -17,7 +18,7 @@ MethodList* DOM_CreateMethodList(void) noexcept {
 }
 
 void DOM_DestroyMethodList(MethodList* list) noexcept {
-    free(list);
+    FreeMethodList(list);
 }
 
 uint32_t DOM_GetMethodList(const char* domain, uint32_t aaa_type, uint32_t service,

@@ -19,6 +19,18 @@ TLV_MSG* EncodeScheme(uint32_t code, uint32_t type, const MethodEntry* methods) 
     });
 }
 
+/// Whether every item of a message is one, so that one which was not read was refused for want of
+/// memory: there is nothing else that an item can be refused for.
+bool HasOnlyItemsThatCanBeRead(TLV_MSG* msg) noexcept {
+    bool any = false;
+    for (const TlvItem item : TlvWalk(msg)) {
+        if (item.Type() != DOM_TLV_METHOD_ITEM) continue;
+        if (!item.IsMessage()) return false;
+        any = true;
+    }
+    return any;
+}
+
 }  // namespace
 
 extern "C" {
@@ -48,9 +60,12 @@ uint32_t DOM_Rec_tlv_DecodeAcctScheme(TLV_MSG* msg, uint32_t size, void* methods
     if (methods_out != nullptr) {
         memset(methods_out, 0, size);
         // The items say their positions themselves, so they are read where there is room for all.
-        // A message without items is an empty scheme: the result of reading them does not count.
+        // A message without items is an empty scheme, and a broken item ends it; but a scheme that
+        // is short because memory was must not be taken for the one that was sent.
         MethodEntry methods[DOM_METHODS] = {};
-        (void)DOM_DecodeMultiMethods(msg, methods);
+        if (DOM_DecodeMultiMethods(msg, methods) != DOM_OK && HasOnlyItemsThatCanBeRead(msg)) {
+            return DOM_ERR_FAILED;
+        }
         memcpy(methods_out, methods, std::min<size_t>(size, sizeof methods));
     }
     return DOM_Rec_tlv_DecodePolicyType(msg);

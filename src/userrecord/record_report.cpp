@@ -62,6 +62,7 @@ uint32_t DecodeRecordReport(TLV_MSG* msg, uint32_t& record_type, uint16_t& flags
     record.detail = nullptr;
     record.detail_len = 0;
     uint32_t result = DOM_OK;
+    bool ran_short = false;
     for (TlvItem item : TlvWalk(msg)) {
         switch (item.Type()) {
             case DOM_TLV_RECORD_KIND:
@@ -74,6 +75,8 @@ uint32_t DecodeRecordReport(TLV_MSG* msg, uint32_t& record_type, uint16_t& flags
                 break;
             case DOM_TLV_USER_RECORD: {
                 const TlvPtr content = item.Sub();
+                // No placeholder: a record that was sent and is lost, whatever stands behind it.
+                ran_short |= !content && item.IsMessage();
                 result |= content ? ReadRecordFields(content.get(), record) : DOM_ERR_FAILED;
                 break;
             }
@@ -81,7 +84,7 @@ uint32_t DecodeRecordReport(TLV_MSG* msg, uint32_t& record_type, uint16_t& flags
                 break;
         }
     }
-    return result;
+    return ran_short ? DOM_ERR_FAILED : result;
 }
 
 }  // namespace aaadom

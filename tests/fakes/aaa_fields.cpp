@@ -113,9 +113,9 @@ extern "C" uint32_t AAA_AppendRecords(TLV_MSG* msg, uint16_t type, const AAA_FIE
     return 0;
 }
 
-extern "C" uint32_t AAA_CountTlvs(TLV_MSG* msg, uint16_t type) noexcept {
+extern "C" uint32_t AAA_CountTlvs(TLV_MSG* msg, TLV_ITER* it, uint16_t type) noexcept {
     uint32_t count = 0;
-    for (TLV_ITER* it = TLV_GetFirst(msg); it != nullptr; it = TLV_GetNext(msg, it)) {
+    for (; it != nullptr; it = TLV_GetNext(msg, it)) {
         if (TLV_GetTypeByIterator(msg, it) == type) ++count;
     }
     return count;

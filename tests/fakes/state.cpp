@@ -1,6 +1,7 @@
 #include "fakes/state.h"
 
 #include <atomic>
+#include <cerrno>
 #include <unordered_set>
 
 namespace fake {
@@ -58,6 +59,12 @@ std::vector<std::string>& MisuseList() {
     return *list;
 }
 
+/// What fails on a real platform for no other reason, and leaves the allocator's errno behind.
+bool IsWantOfMemory(Event event) {
+    return event == Event::kAllocation || event == Event::kMessage || event == Event::kAppend ||
+           event == Event::kHashCreate;
+}
+
 /// True when this event is the one that the counter waits for.
 bool CountsDownToZero(std::atomic<int>& remaining) {
     int before = remaining.load();
@@ -91,6 +98,7 @@ bool Hit(Event event) {
     bool fails = CountsDownToZero(one.remaining);
     if (event != Event::kLock && CountsDownToZero(any_remaining)) fails = true;
     if (fails) tripped = true;
+    if (fails && IsWantOfMemory(event)) errno = ENOMEM;
     return fails || (event == Event::kDbm && all_dbm_calls);
 }
 

@@ -28,14 +28,6 @@ Row OrderWithoutNode(Row&& row) {
         .Except("working.order", kNoNode)
         .Except("config.order", kNoNode);
 }
-/// Reading the scheme ends at an item that cannot be read.
-Row SchemeSoFar(Row&& row) {
-    return std::move(row)
-        .On(Event::kMessage, {DOM_OK, DOM_ERR_FAILED})
-        .Except("working.policies", "the scheme holds the items before one that cannot be read")
-        .Except("config.policies", "as above")
-        .Except("database", "as above");
-}
 /// A second deletion finds nothing in the table any more.
 Row DeletedOnce(Row&& row) {
     return std::move(row).Once();
@@ -108,9 +100,9 @@ constexpr Message kSaved[] = {
     {"msg_020_device_id", DOM_OP_SET},
     {"msg_021_user_addr_type", DOM_OP_SET},
     {"msg_030_acct_dual_stack", DOM_OP_SET},
-    {"msg_031_rec_policy", DOM_OP_SET, SchemeSoFar},
+    {"msg_031_rec_policy", DOM_OP_SET},
     {"msg_032_rec_policy_type", DOM_OP_DELETE, DeletedOnce},
-    {"msg_033_rec_acct_scheme", DOM_OP_SET, SchemeSoFar},
+    {"msg_033_rec_acct_scheme", DOM_OP_SET},
     {"msg_077_record_online_fail", DOM_OP_SET},
     {"msg_130_redirect", DOM_OP_SET},
     {"msg_130_redirect", DOM_OP_DELETE},

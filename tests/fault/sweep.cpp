@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "fault/refusals.h"
 #include "fault/snapshot.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -15,16 +16,6 @@
 
 namespace fault {
 namespace {
-
-/// What is swept; locking is not, because it fails only when it is misused.
-struct Kind {
-    Event event;
-    const char* name;
-};
-constexpr Kind kKinds[] = {{Event::kAllocation, "allocation"}, {Event::kMessage, "message"},
-                           {Event::kAppend, "append"},         {Event::kFlush, "flush"},
-                           {Event::kDbm, "database call"},     {Event::kHashCreate, "hash table"},
-                           {Event::kSocket, "socket"},         {Event::kLockInit, "lock"}};
 
 struct Totals {
     uint64_t injected = 0;
@@ -106,28 +97,14 @@ class Sweep {
 
     /// The number of refusals.
     uint64_t All() {
-        const std::map<Event, uint64_t> counts = Good();
-        uint64_t events = 0;
-        for (const Kind& kind : kKinds) {
-            const uint64_t count = counts.at(kind.event);
-            events += count;
-            for (uint64_t n = 1; n <= count && !testing::Test::HasFailure(); ++n) {
-                SCOPED_TRACE(std::string(kind.name) + " " + std::to_string(n) + " of " +
-                             std::to_string(count));
-                Refused(kind.event, static_cast<int>(n));
-            }
-        }
-        return events;
+        return RefuseEach(Good(), [this](Event event, int n) { Refused(event, n); });
     }
 
   private:
-    /// Nothing is refused. What the call asked for, by kind.
-    std::map<Event, uint64_t> Good() {
+    /// Nothing is refused. What the call asked for.
+    Counts Good() {
         Run run(row_);
-        std::map<Event, uint64_t> counts;
-        for (const Kind& kind : kKinds) counts[kind.event] = fake::Count(kind.event);
-        good_ = run.Call();
-        for (auto& [event, count] : counts) count = fake::Count(event) - count;
+        Counts counts = CountEvents([&] { good_ = run.Call(); });
         good_state_ = TakeSnapshot();
         EXPECT_EQ(Shown({good_.result}), Shown({row_.good})) << "with nothing refused";
         if (row_.reads) {

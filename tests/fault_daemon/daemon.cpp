@@ -7,6 +7,8 @@
 #include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
 
+#include <exception>
+#include <list>
 #include <optional>
 
 #include "daemon/administrators.h"
@@ -18,6 +20,8 @@
 #include "daemon/record_store.h"
 #include "daemon/roles.h"
 #include "daemon/working_thread.h"
+#include "fakes/message.h"
+#include "fault_daemon/rows.h"
 
 namespace fault_daemon {
 namespace {
@@ -84,6 +88,10 @@ class Client {
     void Send(TLV_MSG* message) {
         (void)TLV_Flush(message, TLV_FORM_DESCRIPTOR, 0, static_cast<uintptr_t>(fd_));
     }
+    /// The first bytes alone.
+    void Send(TLV_MSG* message, size_t bytes) {
+        (void)fake::FlushToDescriptor(fd_, 0, fake::ImageOf(message).substr(0, bytes));
+    }
     /// The daemon's end, which the fake makes when a client connects.
     int32_t Accepted() const { return fd_ + 1; }
     Reply Receive() {
@@ -140,9 +148,19 @@ void Daemon::Parts::Turn(Socket socket, int late_fd) {
     for (aaad::Message& mail : callbacks.Mail().TakeAll()) configuration.TakeMail(std::move(mail));
 }
 
+namespace {
+/// A start that fails leaves the thread in the role that it had.
+struct RoleOnFailure {
+    ~RoleOnFailure() {
+        if (std::uncaught_exceptions() > 0) aaad::TakeRole(aaad::Role::kWorking);
+    }
+};
+}  // namespace
+
 Daemon::Daemon(bool refusable) {
     if (refusable) {
         const Window window;
+        const RoleOnFailure role;
         parts_ = std::make_unique<Parts>();
     } else {
         const fake::Quiet quiet;
@@ -157,17 +175,33 @@ Daemon::~Daemon() {
     aaad::TakeRole(aaad::Role::kWorking);
 }
 
-Reply Daemon::Exchange(Socket socket, TLV_MSG* message) {
-    std::optional<Client> client;
-    Quietly([&] { client.emplace(socket).Send(message); });
+void Daemon::Stop() {
+    aaad::TakeRole(aaad::Role::kConfiguration);
+    {
+        const Window window;
+        parts_.reset();
+    }
+    aaad::TakeRole(aaad::Role::kWorking);
+}
+
+std::vector<Reply> Daemon::ExchangeAll(const std::vector<const Row*>& rows) {
+    const Socket socket = rows.front()->socket;
+    std::list<Client> clients;
+    Quietly([&] {
+        for (const Row* row : rows) {
+            const aaad::Message message(row->Message());
+            clients.emplace_back(socket).Send(message.get(), row->bytes_sent);
+        }
+    });
     {
         const Window window;
         for (int turn = 0; turn < kTurns; ++turn) parts_->Turn(socket, kNobody);
     }
     return Quietly([&] {
-        Reply reply = client->Receive();
-        client.reset();
-        return reply;
+        std::vector<Reply> replies;
+        for (Client& client : clients) replies.push_back(client.Receive());
+        clients.clear();
+        return replies;
     });
 }
 

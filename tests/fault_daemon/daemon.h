@@ -22,6 +22,8 @@ class Window {
 
 enum class Socket { kRequests, kRecords };
 
+struct Row;
+
 /// Results of an exchange that are no result codes.
 constexpr uint64_t kData = uint64_t{1} << 32;    ///< data came
 constexpr uint64_t kClosed = uint64_t{1} << 33;  ///< the connection was closed without an answer
@@ -38,8 +40,12 @@ class Daemon {
     ~Daemon();
     Daemon(const Daemon&) = delete;
 
-    /// Sends a message, serves it in a Window and takes the reply.
-    Reply Exchange(Socket socket, TLV_MSG* message);
+    /// Ends in a Window, where everything can be refused, before its time.
+    void Stop();
+
+    /// Sends the messages of all rows, which are of one socket, each on a connection of its own,
+    /// serves them together in a Window and takes the replies.
+    std::vector<Reply> ExchangeAll(const std::vector<const Row*>& rows);
     /// Connects, and sends only after the daemon has taken the connection.
     Reply ExchangeLate(Socket socket, TLV_MSG* message);
 

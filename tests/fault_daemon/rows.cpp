@@ -2,6 +2,7 @@
 
 #include <aaadom/codes.h>
 #include <aaadom/domain_codec.h>
+#include <aaadom/nas_id.h>
 #include <aaadom/profile.h>
 #include <aaadom/results.h>
 #include <aaadom/rows.h>
@@ -125,19 +126,6 @@ Row Also(Row row, uint64_t result) {
     return row;
 }
 
-Row Partly(Row row, const char* reason) {
-    row.partial = reason;
-    return row;
-}
-
-constexpr char kOrder[] =
-    "without memory for its node the library adds a domain and leaves it out of the strcmp order";
-constexpr char kNotSaved[] = "counters are set and have no saved form, which the answer tells";
-constexpr char kScheme[] =
-    "the library's decoder of a recording policy passes over an item that memory does not suffice "
-    "for";
-constexpr char kDetail[] = "without memory for its detail a record is taken without it";
-
 constexpr uint32_t kSet = DOM_OP_SET;
 constexpr uint32_t kDelete = DOM_OP_DELETE;
 constexpr uint32_t kGet = DOM_OP_GET;
@@ -150,8 +138,8 @@ Row DeleteDomain() {
 
 std::vector<Row> DomainRows() {
     return {
-        Partly(Set(0, kSet, "msg_000_domain"), kOrder),
-        Called(Partly(Set(0, kSet, "msg_000_domain", {DeleteDomain()}), kOrder), "New"),
+        Set(0, kSet, "msg_000_domain"),
+        Called(Set(0, kSet, "msg_000_domain", {DeleteDomain()}), "New"),
         Set(1, kSet, "msg_001_default_domain"),
         Set(1, kDelete, "msg_001_default_domain", {Set(1, kSet, "msg_001_default_domain")}),
         Get(1, kGet, "msg_001_default_domain"),
@@ -165,7 +153,7 @@ std::vector<Row> DomainRows() {
         Set(7, kDelete, "msg_007_state", {Set(7, kSet, "msg_007_state")}),
         Set(8, kSet, "msg_008_session_limit"),
         Get(8, kGet, "msg_008_session_limit"),
-        Partly(Set(9, kSet, "msg_009_session_count", {}, DOM_ERR_FAILED), kNotSaved),
+        Set(9, kSet, "msg_009_session_count", {}, DOM_ERR_FAILED),
         Set(10, kSet, "msg_010_all_session_limit"),
         Set(11, kSet, "msg_011_author_attr"),
         Set(11, kDelete, "msg_011_author_attr", {Set(11, kSet, "msg_011_author_attr")}),
@@ -173,10 +161,10 @@ std::vector<Row> DomainRows() {
         Naming(Get(12, kNext, ""), DOM_TLV_DOMAIN_NAME, ""),
         Get(13, kGet, "msg_013_scheme_index"),
         Naming(Get(13, kNext, ""), DOM_TLV_DOMAIN_NAME, ""),
-        Set(14, kSet, "msg_014_domain_row", {DeleteDomain()}),
+        Also(Set(14, kSet, "msg_014_domain_row", {DeleteDomain()}), DOM_ROW_FAILED),
         Called(Set(14, kSet, "msg_014_domain_row_flags"), "Modify"),
         Set(15, kSet, "msg_015_scheme_row", {}, DOM_ROW_FAILED),
-        Set(15, kDelete, "msg_015_scheme_row"),
+        Also(Set(15, kDelete, "msg_015_scheme_row"), DOM_ROW_FAILED),
         Set(18, kSet, "msg_018_unknown_domain"),
         Set(18, kDelete, "msg_018_unknown_domain", {Set(18, kSet, "msg_018_unknown_domain")}),
         Set(19, kSet, "msg_019_session_time"),
@@ -206,31 +194,39 @@ std::vector<Row> DomainRows() {
 
 std::vector<Row> ProfileRows() {
     return {
-        Set(16, kSet, "msg_016_nas_id_profile", {Set(16, kDelete, "msg_016_nas_id_profile")}),
+        Also(Set(16, kSet, "msg_016_nas_id_profile", {Set(16, kDelete, "msg_016_nas_id_profile")}),
+             DOM_NASID_FAILED),
         Set(16, kDelete, "msg_016_nas_id_profile"),
         Get(16, kGet, "msg_016_nas_id_profile"),
         Naming(Get(16, kNext, ""), DOM_TLV_NASID_PROFILE, ""),
-        Set(17, kSet, "msg_017_nas_id_binding", {Set(17, kDelete, "msg_017_nas_id_binding")}),
+        Also(Set(17, kSet, "msg_017_nas_id_binding", {Set(17, kDelete, "msg_017_nas_id_binding")}),
+             DOM_NASID_FAILED),
         Set(17, kDelete, "msg_017_nas_id_binding"),
         Get(17, kGet, "msg_017_nas_id_binding"),
         Naming(Get(17, kNext, ""), DOM_TLV_NASID_PROFILE, "office"),
-        Set(147, kSet, "msg_147_critical_profile", {Set(147, kDelete, "msg_147_critical_profile")}),
+        Also(Set(147, kSet, "msg_147_critical_profile",
+                 {Set(147, kDelete, "msg_147_critical_profile")}),
+             DOM_CRITICAL_FAILED),
         Set(147, kDelete, "msg_147_critical_profile"),
         Get(147, kGet, "msg_147_critical_profile"),
         Naming(Get(147, kNext, ""), DOM_TLV_CRITICAL_PROFILE_NAME, ""),
-        Set(148, kSet, "msg_148_critical_vpn", {Set(148, kDelete, "msg_148_critical_vpn")}),
+        Also(Set(148, kSet, "msg_148_critical_vpn", {Set(148, kDelete, "msg_148_critical_vpn")}),
+             DOM_CRITICAL_FAILED),
         Set(148, kDelete, "msg_148_critical_vpn"),
-        Also(Get(148, kGet, "msg_148_critical_vpn_request"), DOM_CRITICAL_PROFILE_NOT_EXIST),
+        Get(148, kGet, "msg_148_critical_vpn_request"),
         NextVpn(148, DOM_TLV_CRITICAL_PROFILE_NAME, DOM_TLV_CRITICAL_VPN_NAME),
         Set(149, kSet, "msg_149_critical_segment"),
         Set(149, kDelete, "msg_149_critical_segment"),
-        Set(156, kSet, "msg_156_author_profile", {Set(156, kDelete, "msg_156_author_profile")}),
+        Also(
+            Set(156, kSet, "msg_156_author_profile", {Set(156, kDelete, "msg_156_author_profile")}),
+            DOM_AUTHOR_FAILED),
         Set(156, kDelete, "msg_156_author_profile"),
         Get(156, kGet, "msg_156_author_profile"),
         Naming(Get(156, kNext, ""), DOM_TLV_AUTHOR_PROFILE_NAME, ""),
-        Set(157, kSet, "msg_157_author_vpn", {Set(157, kDelete, "msg_157_author_vpn")}),
+        Also(Set(157, kSet, "msg_157_author_vpn", {Set(157, kDelete, "msg_157_author_vpn")}),
+             DOM_AUTHOR_FAILED),
         Set(157, kDelete, "msg_157_author_vpn"),
-        Also(Get(157, kGet, "msg_157_author_vpn_request"), DOM_AUTHOR_PROFILE_NOT_EXIST),
+        Get(157, kGet, "msg_157_author_vpn_request"),
         NextVpn(157, DOM_TLV_AUTHOR_PROFILE_NAME, DOM_TLV_AUTHOR_VPN_NAME),
         Set(158, kSet, "msg_158_author_segment"),
         Set(158, kDelete, "msg_158_author_segment"),
@@ -258,13 +254,13 @@ std::vector<Row> PolicyRows() {
         Set(27, kSet, "msg_027_ita_traf_seprate"),
         Set(28, kSet, "msg_028_ita_traf_quota_out"),
         Set(28, kDelete, "msg_028_ita_traf_quota_out"),
-        Partly(Set(31, kSet, "msg_031_rec_policy"), kScheme),
+        Set(31, kSet, "msg_031_rec_policy"),
         Get(31, kGet, "msg_031_rec_policy"),
         Also(
             Set(32, kSet, "msg_032_rec_policy_type", {Set(32, kDelete, "msg_032_rec_policy_type")}),
             DOM_ERR_NO_MEMORY),
         Set(32, kDelete, "msg_032_rec_policy_type"),
-        Partly(Set(33, kSet, "msg_033_rec_acct_scheme"), kScheme),
+        Set(33, kSet, "msg_033_rec_acct_scheme"),
         Set(33, kDelete, "msg_033_rec_acct_scheme"),
     };
 }
@@ -276,10 +272,10 @@ std::vector<Row> RecordRows() {
         Set(56, kClear, "msg_056_reset_offline_normal"),
         Set(57, kClear, "msg_057_reset_offline_abnormal"),
         Get(70, kGet, "msg_070_record_number_request"),
-        Partly(Bare(Get(71, kGet, "")), kDetail),
-        Partly(Get(72, kGet, "msg_072_record_by_time"), kDetail),
-        Partly(Get(73, kGet, "msg_073_record_by_no_name"), kDetail),
-        Partly(Get(74, kGet, "msg_074_record_by_reason"), kDetail),
+        Bare(Get(71, kGet, "")),
+        Get(72, kGet, "msg_072_record_by_time"),
+        Get(73, kGet, "msg_073_record_by_no_name"),
+        Get(74, kGet, "msg_074_record_by_reason"),
         CountedBy(Get(75, kGet, ""), 0),
         Called(CountedBy(Get(75, kGet, ""), 1), "Domain"),
         Called(CountedBy(Get(75, kGet, ""), 2), "Interface"),
@@ -301,7 +297,7 @@ std::vector<Row> RecordRows() {
         Set(173, kSet, "msg_173_record_offline",
             {Set(173, kDelete, "msg_173_record_delete_normal")}),
         Set(173, kDelete, "msg_173_record_delete"),
-        Partly(Report("Record", "report_user_record"), kDetail),
+        Report("Record", "report_user_record"),
         Report("CommandFailure", "msg_092_cmd_author_fail_report"),
     };
 }
@@ -346,11 +342,19 @@ const std::vector<Row>& AllRows() {
     static const auto* rows = [] {
         auto* all = new std::vector<Row>;
         for (const std::vector<Row>& some :
-             {DomainRows(), ProfileRows(), PolicyRows(), RecordRows()})
+             {DomainRows(), ProfileRows(), PolicyRows(), RecordRows(), MalformedRows()})
             all->insert(all->end(), some.begin(), some.end());
         return all;
     }();
     return *rows;
+}
+
+const Row& RowOf(const std::string& name) {
+    for (const Row& row : AllRows()) {
+        if (row.name == name) return row;
+    }
+    ADD_FAILURE() << "no row " << name;
+    return AllRows().front();
 }
 
 }  // namespace fault_daemon

@@ -21,19 +21,22 @@ struct Row {
     /// The request without its head.
     std::function<TLV_MSG*()> body;
     bool has_head = true;
+    size_t bytes_sent = SIZE_MAX;  ///< of the message; it is no longer than that anyway
     /// Asked before, each must succeed.
     std::vector<Row> before{};
     uint64_t good = 0;          ///< the answer when nothing is refused
     bool reads = false;         ///< changes nothing
     std::set<uint64_t> also{};  ///< what an answer may be besides the usual refusals
-    /// Why a success may do or give less than without a refusal; empty = it may not.
-    std::string partial{};
 
     /// The message as it is sent; the caller destroys it.
     TLV_MSG* Message() const;
 };
 
 const std::vector<Row>& AllRows();
+/// Requests that are none.
+std::vector<Row> MalformedRows();
+/// The row of that name.
+const Row& RowOf(const std::string& name);
 /// The rows that furnish the stage: every object that the other rows ask for.
 const std::vector<Row>& StageRows();
 

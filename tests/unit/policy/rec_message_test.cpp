@@ -80,6 +80,27 @@ TEST_F(RecMessage, DecodedSchemeIsTheEncodedOne) {
     }
 }
 
+// A scheme that was short because memory was went into the tables and the database of a policy whose
+// sender was answered that all of it was stored.
+TEST_F(RecMessage, SchemeThatCannotBeReadForWantOfMemoryIsNoneAndChangesNothing) {
+    ASSERT_EQ(DOM_Rec_CreatePolicy(0), DOM_OK);
+    const TlvPtr msg(Scheme());
+    for (int n = 1; n <= 2; ++n) {
+        MethodEntry methods[DOM_METHODS];
+        fake::FailMessage(n);
+        EXPECT_EQ(DOM_Rec_tlv_DecodeAcctScheme(msg.get(), sizeof methods, methods), DOM_ERR_FAILED);
+        EXPECT_TRUE(fake::Tripped()) << n;
+        EXPECT_EQ(ShowMethods(methods), kNoMethods);
+        for (const Processor process : {DOM_Rec_AcctSchemeProc, DOM_Rec_PolicyDataProc}) {
+            TLV_MSG* sent = Scheme();
+            fake::FailMessage(n);
+            EXPECT_EQ(Process(process, sent, 1), DOM_ERR_FAILED);
+        }
+        fake::DisarmFailures();
+        EXPECT_EQ(ShowMethods(DOM_Rec_GetPolicyByType(0)->acct_scheme), kNoMethods);
+    }
+}
+
 TEST_F(RecMessage, SchemeDecoderReturnsTheType) {
     const TlvPtr msg(Scheme(0xFFFFFFFF));
     MethodEntry methods[DOM_METHODS];

@@ -288,6 +288,17 @@ TEST_F(RecordReport, FlagsReplaceTheFailureOfARecordInFrontOfThem) {
     EXPECT_EQ(Decode(), DOM_OK);
 }
 
+// Without memory for it a record in front of the flags was lost, and its module was told that it had
+// been read.
+TEST_F(RecordReport, FlagsDoNotReplaceTheWantOfMemoryForARecordInFrontOfThem) {
+    const UserRecordSource source = SampleSource();
+    ASSERT_EQ(DOM_userrecord_tlv_EncodeRecordContent(msg_.get(), &source), DOM_OK);
+    append_.U16(185, 5);
+    fake::FailMessage(1);
+    EXPECT_EQ(Decode(), DOM_ERR_FAILED);
+    EXPECT_TRUE(fake::Tripped());
+}
+
 TEST_F(RecordReport, FlagsReplaceTheFailureOfFlagsInFrontOfThem) {
     append_.Raw(185, "a", 1).U16(185, 5);
     EXPECT_EQ(Decode(), DOM_OK);

@@ -233,6 +233,45 @@ TEST(AaaFields, HostileNestedBytesFailOrAreReadInsideTheirValue) {
     }
 }
 
+// A field of no bytes says that its TLV is known and not wanted.
+TEST(AaaFields, BlockOfNoBytesTakesNothing) {
+    const AAA_FIELD fields[] = {{1, AAA_FIELD_BLOCK, 0, 0}, {2, AAA_FIELD_WORD, 0, 0}};
+    for (const char* passed_over : {"", "abc", "word", "longer than a word"}) {
+        const Message msg = New();
+        Append(msg, 1, passed_over);
+        AAA_AppendUINTTlvData(msg.get(), 2, 77);
+        Append(msg, 1, passed_over);
+        uint32_t word = 5;
+        EXPECT_EQ(AAA_GetFields(msg.get(), fields, 2, &word, nullptr, nullptr), 0u);
+        EXPECT_EQ(word, 77u);
+    }
+}
+
+TEST(AaaCount, CountsATypeFromATlvToTheEnd) {
+    const Message nested = New();
+    Append(nested, 7, "inside");
+    const Message msg = New();
+    for (const uint16_t type : {7, 8, 7}) Append(msg, type, "x");
+    AAA_AppendSubTlv(msg.get(), 9, nested.get());
+    Append(msg, 7, "");
+    TLV_ITER* it = TLV_GetFirst(msg.get());
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), it, 7), 3u);
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), it, 10), 0u);
+    it = TLV_GetNext(msg.get(), it);
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), it, 7), 2u);
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), it, 8), 1u);
+}
+
+TEST(AaaCount, NullsAndForeignPositionsCountNothing) {
+    const Message msg = New();
+    Append(msg, 7, "x");
+    const Message other = New();
+    Append(other, 7, "x");
+    EXPECT_EQ(AAA_CountTlvs(nullptr, TLV_GetFirst(msg.get()), 7), 0u);
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), nullptr, 7), 0u);
+    EXPECT_EQ(AAA_CountTlvs(msg.get(), TLV_GetFirst(other.get()), 7), 0u);
+}
+
 TEST(AaaFields, NullsFail) {
     Message msg = New();
     Record record = Sample("");

@@ -4,8 +4,8 @@
 #include <aaadom/domain.h>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
-#include <type_traits>
 
 #include "codec/field_table.h"
 
@@ -109,14 +109,14 @@ uint32_t DecodeAttributes(TLV_MSG* sub, AuthorAttr& attributes) noexcept {
 
 uint32_t ReadAttributes(const TlvItem& nested, AuthorAttr& attributes) noexcept {
     auto& rates = attributes.kind21_rates;
-    uint32_t former[std::extent_v<decltype(AuthorAttr::kind21_rates)>];
-    std::copy(std::begin(rates), std::end(rates), former);
+    decltype(AuthorAttr::kind21_rates) former;
+    memcpy(former, rates, sizeof former);
     std::fill(std::begin(rates), std::end(rates), kNoRate);
     const uint32_t result = ReadNestedFields(nested, &attributes, kUsualFields);
     if (result != DOM_OK) return result;
     DOM_ToLowerCaseStr(attributes.ita_policy_name);
     if (std::find(std::begin(rates), std::end(rates), kNoRate) == std::end(rates)) return DOM_OK;
-    std::copy(std::begin(former), std::end(former), rates);
+    memcpy(rates, former, sizeof former);
     return ReadNestedFields(nested, &attributes, kAttributeFields);
 }
 

@@ -144,9 +144,9 @@ TLV_MSG* PAM_EncUserRecordMsg(uint32_t record_type, uint16_t flags,
  *                         its detail text is null and of length 0 when there is none, and must be
  *                         freed with free also after a failure.
  * @return 0, also for a message without TLVs; DOM_ERR_FAILED for a null output (nothing is stored)
- *         and when a TLV 178 cannot be read. Except for want of memory, the result of reading a TLV 185 replaces what was
- *         gathered before: a broken 178 in front of a good 185 is no failure. Modules of earlier
- *         releases put a placeholder 178 there and the record behind.
+ *         and when a TLV 178 cannot be read. Except for want of memory, the result of reading a
+ *         TLV 185 replaces what was gathered before: a broken 178 in front of a good 185 is no
+ *         failure. Modules of earlier releases put a placeholder 178 there and the record behind.
  * @thread any; takes no lock.
  */
 uint32_t PAM_DecUserRecordMsg(TLV_MSG* msg, uint32_t* record_type_out, uint16_t* flags_out,

@@ -80,8 +80,8 @@ TEST_F(RecMessage, DecodedSchemeIsTheEncodedOne) {
     }
 }
 
-// A scheme that was short because memory was went into the tables and the database of a policy whose
-// sender was answered that all of it was stored.
+// A scheme that was short because memory was went into the tables and the database of a policy
+// whose sender was answered that all of it was stored.
 TEST_F(RecMessage, SchemeThatCannotBeReadForWantOfMemoryIsNoneAndChangesNothing) {
     ASSERT_EQ(DOM_Rec_CreatePolicy(0), DOM_OK);
     const TlvPtr msg(Scheme());

@@ -288,8 +288,8 @@ TEST_F(RecordReport, FlagsReplaceTheFailureOfARecordInFrontOfThem) {
     EXPECT_EQ(Decode(), DOM_OK);
 }
 
-// Without memory for it a record in front of the flags was lost, and its module was told that it had
-// been read.
+// Without memory for it a record in front of the flags was lost, and its module was told that it
+// had been read.
 TEST_F(RecordReport, FlagsDoNotReplaceTheWantOfMemoryForARecordInFrontOfThem) {
     const UserRecordSource source = SampleSource();
     ASSERT_EQ(DOM_userrecord_tlv_EncodeRecordContent(msg_.get(), &source), DOM_OK);

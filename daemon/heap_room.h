@@ -2,9 +2,9 @@
 //
 // A thread other than the first has a heap of its own, which the C library grows by a page or two
 // at a time: a system call and a page fault for every few kilobytes of tables that take many
-// megabytes. That is a quarter of the time of a start. Here the heap grows ahead of the load, by as much as
-// the load will need as far as is known, in large pages where the system has them. What is left
-// over is ordinary free memory of the heap.
+// megabytes. That is a quarter of the time of a start. Here the heap grows ahead of the load, by as
+// much as the load will need as far as is known, in large pages where the system has them. What is
+// left over is ordinary free memory of the heap.
 #pragma once
 
 #include <cstddef>

@@ -80,6 +80,18 @@ struct Decoding {
 
 constexpr uint32_t kListPlaces = DOM_AAA_TYPES * DOM_SERVICES;
 
+/// A table of many domains lies in main memory: the list that comes after the next ones is fetched
+/// from there while this one is written.
+constexpr uint32_t kListsAhead = 3;
+void FetchAhead(const MethodList* list) noexcept {
+    if (list == nullptr) return;
+    constexpr size_t kLine = 64;
+    constexpr size_t kUsualLength = 3 * kLine; /* of a list with three methods */
+    for (size_t at = 0; at < kUsualLength; at += kLine) {
+        __builtin_prefetch(reinterpret_cast<const char*>(list) + at);
+    }
+}
+
 /// Room for the lists from `it` on. However many they are, there is one for each place that is
 /// empty at most, and one to read what replaces another.
 bool MakeRoom(ListRoom& room, TLV_MSG* msg, TLV_ITER* it) noexcept {
@@ -152,6 +164,9 @@ uint32_t AppendDomainRecord(const DomainInfo& record, TLV_MSG* msg) noexcept {
         for (uint32_t column = 0; column < DOM_SERVICES; ++column) {
             const MethodList* list = record.method_lists[row][column];
             if (list == nullptr) continue;
+            if (column + kListsAhead < DOM_SERVICES) {
+                FetchAhead(record.method_lists[row][column + kListsAhead]);
+            }
             parts.Nested(DOM_TLV_METHOD_LIST, [&](Appender& nested) {
                 nested.Fold(EncodeMethodList(*list, record.service_extras[column], msg));
             });

@@ -3,6 +3,7 @@
 #include <aaadom/aaadom.h>
 #include <platform/aaa_tlv.h>
 #include <platform/lipc.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -19,7 +20,12 @@ constexpr uint32_t kWait = 1000;
     for (;;) {
         LIPC_PEER peer;
         const int32_t fd = LIPC_ServerAccept(server, &peer);
-        if (fd < 0) continue;
+        if (fd < 0) {
+            // Nobody waits. Turning in circles would take a processor from who is measured.
+            pollfd readable{server, POLLIN, 0};
+            (void)poll(&readable, 1, -1);
+            continue;
+        }
         TLV_MSG* request =
             TLV_CreateReceiveMsg(TLV_FORM_DESCRIPTOR, static_cast<uintptr_t>(fd), kWait);
         TLV_Flush(reply, TLV_FORM_DESCRIPTOR, kWait, static_cast<uintptr_t>(fd));

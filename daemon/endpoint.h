@@ -53,6 +53,7 @@ class Endpoint {
 
     enum class Arrival { kRequest, kNothingYet, kGone };
     Arrival Receive(int fd, Message& message);
+    bool ConnectionWaits() const;
     void Await(Connection connection, const LIPC_PEER& peer);
     bool MakeRoom(int error);
 

@@ -302,7 +302,7 @@ Step Client::PolicyStep() {
 
 Step Client::DeviceStep() {
     const uint32_t number = Below(1000000) + 1;
-    switch (Below(3)) {
+    switch (Below(4)) {
         case 0:
             return {"set device identifier to " + std::to_string(number),
                     [=] { return Change(DOM_EncodeDeviceID(number)); },
@@ -316,6 +316,8 @@ Step Client::DeviceStep() {
                 [=] { return Change(DOM_EncodeUnknownDomain(name.c_str())); },
                 [=](Facts& facts) { facts[FactKey("device", kDevice, "unknown-domain")] = name; }};
         }
+        case 2:
+            return RecordingStep();
         default:
             return {"set session limit 21 to " + std::to_string(number),
                     [=] { return Change(DOM_EncodeSessionLimit(SESSION_CLASS_21, number)); },
@@ -323,6 +325,30 @@ Step Client::DeviceStep() {
                         facts[FactKey("limit", kDevice, "21")] = std::to_string(number);
                     }};
     }
+}
+
+Step Client::RecordingStep() {
+    const std::string key = FactKey("recording", kDevice);
+    if (Has(key) && Below(3) == 0) {
+        return {"delete the recording policy",
+                [] { return Change(DOM_Rec_tlv_EncodePolicyType(0), DOM_OP_DELETE); },
+                [key](Facts& facts) { facts.erase(key); }};
+    }
+    // Made with its scheme in one change, or the scheme of one that is there.
+    const bool whole = !Has(key) || Below(2) == 0;
+    RecPolicy policy{};
+    policy.acct_scheme[0].method_kind = METHOD_SCHEME_2;
+    Copy(policy.acct_scheme[0].scheme_name, "recorder" + std::to_string(Below(1000000)));
+    policy.acct_scheme[1].method_kind = METHOD_DEFAULT_4;
+    const std::string scheme = std::to_string(METHOD_SCHEME_2) + ":" +
+                               policy.acct_scheme[0].scheme_name + " " +
+                               std::to_string(METHOD_DEFAULT_4) + ": ";
+    return {"set the recording policy to " + scheme,
+            [=] {
+                return Change(whole ? DOM_Rec_tlv_EncodePolicy(&policy)
+                                    : DOM_Rec_tlv_EncodeAcctScheme(0, policy.acct_scheme));
+            },
+            [=](Facts& facts) { facts[key] = scheme; }};
 }
 
 Step Client::RecordStep() {

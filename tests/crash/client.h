@@ -44,6 +44,7 @@ class Client {
     Step ProfileStep(bool critical);
     Step PolicyStep();
     Step DeviceStep();
+    Step RecordingStep();
     Step RecordStep();
 
     uint32_t Below(uint32_t bound) { return static_cast<uint32_t>(random_() % bound); }

@@ -12,7 +12,8 @@ using namespace daemon_test;
 
 namespace crash {
 
-const std::vector<std::string> kKindsOfConfiguration = {"domain", "author", "critical", "limit"};
+const std::vector<std::string> kKindsOfConfiguration = {"domain", "author", "critical", "limit",
+                                                        "recording"};
 const std::vector<std::string> kKindsOfWorking = {"domain", "nas", "policy", "device"};
 
 namespace {
@@ -46,6 +47,28 @@ void AskProfiles(Facts& facts) {
         facts[FactKey("critical", vpn.profile_name, vpn.vpn_name)] =
             Pair(vpn.segment_id, vpn.segment_name);
     }
+}
+
+std::string RecordingScheme(const MethodEntry (&methods)[DOM_METHODS]) {
+    std::string text;
+    for (const MethodEntry& method : methods) {
+        if (method.method_kind == METHOD_EMPTY) break;
+        text += std::to_string(method.method_kind) + ":" + method.scheme_name + " ";
+    }
+    return text;
+}
+
+void AskRecordingPolicy(Facts& facts) {
+    TLV_MSG* request = CodeAlone(DOM_MSG_REC_POLICY);
+    EXPECT_EQ(AAA_AppendUINTTlvData(request, DOM_TLV_REC_POLICY_TYPE, 0), 0u);
+    const Answer answer = Ask(request, DOM_OP_GET);
+    if (answer.kind != DOM_REPLY_KIND_DATA) {
+        EXPECT_EQ(ResultOf(answer), DOM_ERR_NOT_FOUND);
+        return;
+    }
+    MethodEntry methods[DOM_METHODS] = {};
+    EXPECT_EQ(DOM_Rec_tlv_DecodeAcctScheme(answer.body.get(), sizeof methods, methods), 0u);
+    facts[FactKey("recording", kDevice)] = RecordingScheme(methods);
 }
 
 void AskNasIds(Facts& facts) {
@@ -172,6 +195,14 @@ void ReadPolicies(DBM_HANDLE handle, Facts& facts) {
                });
 }
 
+void ReadRecordingPolicy(DBM_HANDLE handle, Facts& facts) {
+    if (DOM_Rec_PolicyIsExist(handle, 0) == 0) return;
+    RecPolicy* policy = DOM_Rec_db_GetPolicyFromDBByType(handle, 0);
+    facts[FactKey("recording", kDevice)] =
+        policy == nullptr ? "unreadable" : RecordingScheme(policy->acct_scheme);
+    free(policy);
+}
+
 void ReadRecords(const DaemonProcess& daemon, Facts& facts) {
     for (size_t i = 0; i < std::size(aaad::kRecordListKeys); ++i) {
         const uint32_t list = aaad::kRecordListKeys[i].list;
@@ -197,6 +228,7 @@ Facts ReadDatabase(const DaemonProcess& daemon) {
         ReadProfiles(database, kCritical, facts);
         ReadNasIds(database.Handle(), facts);
         ReadPolicies(database.Handle(), facts);
+        ReadRecordingPolicy(database.Handle(), facts);
     }
     ReadRecords(daemon, facts);
     return facts;
@@ -207,6 +239,7 @@ Snapshot TakeSnapshot(const DaemonProcess& daemon) {
     AskDomains(snapshot.configuration, snapshot.working);
     AskSettings(snapshot.configuration, snapshot.working);
     AskProfiles(snapshot.configuration);
+    AskRecordingPolicy(snapshot.configuration);
     AskNasIds(snapshot.working);
     for (const Message& reply : WalkAccountingPolicies()) {
         ItaPolicy policy{};

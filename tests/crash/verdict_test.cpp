@@ -145,6 +145,9 @@ class VerdictOnDaemon : public DaemonTest {
         ASSERT_EQ(Change(DOM_EncodeNasIdProfile("c0-n")), DOM_OK);
         ASSERT_EQ(Change(DOM_EncodeNasidBindVlanId("c0-n", "nas", 1)), DOM_OK);
         ASSERT_EQ(Change(DOM_ita_tlv_EncodePolicyName("c0-i"), 1), DOM_OK);
+        RecPolicy recording{};
+        recording.acct_scheme[0].method_kind = METHOD_DEFAULT_4;
+        ASSERT_EQ(Change(DOM_Rec_tlv_EncodePolicy(&recording)), DOM_OK);
         ASSERT_EQ(SendRecord(DOM_RECORD_ONLINE_FAIL, SampleRecord("user")).result, DOM_OK);
         expected_.owner = "c0";
         expected_.known = crash::Known(crash::ReadDatabase(daemon_), "c0");
@@ -204,6 +207,12 @@ TEST_F(VerdictOnDaemon, LostNasIdBindingIsFound) {
 TEST_F(VerdictOnDaemon, LostPolicyIsFound) {
     DeleteKey(KeyOf(DOM_DB_PREFIX_ITA_POLICY, "c0-i"));
     EXPECT_TRUE(Mentions(JudgeIt(), "c0/policy/c0-i"));
+}
+
+TEST_F(VerdictOnDaemon, RecordingPolicyThatDiffersFromTheSavedOneIsFound) {
+    const std::string key = KeyOf("", "connection-recording-policy");
+    DeleteKey(key);
+    EXPECT_TRUE(Mentions(JudgeIt(), "c0/recording/c0-device"));
 }
 
 TEST_F(VerdictOnDaemon, FormerPolicyThatWasLeftOverIsFound) {

@@ -1,5 +1,7 @@
 #include "snapshot.h"
 
+#include <platform/aaa_tlv.h>
+
 #include <cstring>
 #include <iterator>
 

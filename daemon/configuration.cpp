@@ -285,7 +285,8 @@ void Configuration::TakeMail(Message message) {
     }
 }
 
-/// The database has refused the changes and memory has been loaded again.
+/// The database has refused the changes, or memory did not suffice for all of one; the tables have
+/// been loaded again.
 void Configuration::RefuseUnsaved(Requests changes) {
     uint32_t refused = 0;
     for (Request* request : changes) {
@@ -302,8 +303,8 @@ void Configuration::RefuseUnsaved(Requests changes) {
         known ? static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize / 1024 : 0;
     Log(Severity::kError,
         "configuration database below %s: %u changes could not be saved and were taken back (%llu "
-        "KiB of its disk are free; the DBM line before names the cause). Make room on the disk or "
-        "repair it, then repeat the changes",
+        "KiB of its disk are free; a DBM line before names the cause, without one memory did not "
+        "suffice). Make room on the disk or repair it, or free memory; then repeat the changes",
         state_dir_.c_str(), refused, free_kib);
 }
 

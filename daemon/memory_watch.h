@@ -7,7 +7,9 @@
 namespace aaad {
 
 /// Watches the calling thread from its construction on. The allocators of the C library leave
-/// ENOMEM in errno when they fail, and a call that succeeds leaves errno alone.
+/// ENOMEM in errno when they fail; one that succeeded only at its second try, near a limit of the
+/// address space, may leave it, too, and then counts as want. Watches do not nest: what an outer
+/// one is to see may not lie before an inner one.
 class MemoryWatch {
   public:
     MemoryWatch() { errno = 0; }

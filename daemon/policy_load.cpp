@@ -97,7 +97,7 @@ void LoadPolicy(DBM_HANDLE handle, const std::string& name, PolicyCounts& counts
 
 bool LoadAccountingPolicies(DBM_HANDLE handle) {
     try {
-        const auto keys = SavedKeys(handle, DOM_DB_ITA_POLICY);
+        const auto keys = LoadableKeys(handle, DOM_DB_ITA_POLICY);
         if (!keys) return false;
         std::set<std::string> names;
         for (const SavedKey& key : *keys) {

@@ -134,7 +134,7 @@ bool LoadVpns(const Entries& entries, const std::string& key, typename Kind::Pro
         typename Kind::Segment segment{};
         const char* reason =
             ReadSegment<Kind>(static_cast<int32_t>(bytes.size()), bytes.data(), segment);
-        const char* vpn = bytes.data() + Kind::kVpnOffset;
+        const char* vpn = reason == nullptr ? bytes.data() + Kind::kVpnOffset : nullptr;
         if (reason == nullptr && !IsText(vpn)) reason = "a VPN name does not end";
         if (reason == nullptr && vpn[0] == '\0') reason = "a VPN name is empty";
         if (reason == nullptr) {
@@ -175,7 +175,7 @@ void LoadDefaultSegment(DBM_HANDLE handle, typename Kind::Profile& profile, cons
 
 template <typename Kind>
 bool LoadKind(DBM_HANDLE handle, const Damage& damage) {
-    const auto keys = SavedKeys(handle, Kind::kListType);
+    const auto keys = LoadableKeys(handle, Kind::kListType);
     if (!keys) return false;
     for (const SavedKey& key : *keys) {
         const auto name = NameInKey(key, Kind::kPrefix);

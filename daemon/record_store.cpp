@@ -153,7 +153,10 @@ bool RecordStore::TryOpen() {
         if (has_lists && FindSerials()) return true;
         handle_ = DOM_DestroyRecordRunDB();
     }
-    if (memory.RanShort()) throw std::bad_alloc();
+    if (memory.RanShort()) {
+        throw Failure("record database below " + run_dir_, "out of memory",
+                      "Free memory and start the daemon again");
+    }
     if (!has_lists) throw NotUsable(run_dir_);
     return false;
 }

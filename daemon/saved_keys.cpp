@@ -1,7 +1,9 @@
 #include "saved_keys.h"
 
 #include <string_view>
+#include <utility>
 
+#include "log.h"
 #include "saved_read.h"
 #include "short_text.h"
 
@@ -15,7 +17,15 @@ struct Iterator {
 
 using Keys = std::vector<SavedKey>;
 
-std::optional<Keys> ListedKeys(DBM_HANDLE handle, uint32_t value_type) {
+/// A database that refuses to count or to list gives fewer keys, and does not tell; so does one
+/// that cannot read what kind of value a key has.
+struct Listing {
+    Keys keys;
+    uint32_t saved;  // how many there are
+    explicit operator bool() const { return keys.size() == saved; }
+};
+
+Listing List(DBM_HANDLE handle, uint32_t value_type) {
     std::vector<DBM_KEY_SLOT> slots(DBM_GetKeyNumByValueType(handle, value_type));
     uint32_t filled = 0;
     if (!slots.empty()) {
@@ -30,15 +40,26 @@ std::optional<Keys> ListedKeys(DBM_HANDLE handle, uint32_t value_type) {
         if (!text.empty() && text.back() == '\0') text.remove_suffix(1);
         keys.push_back({std::string(text), slots[i].kind});
     }
-    // A database that refuses to count or to list gives fewer keys, and does not tell.
-    if (keys.size() != DBM_GetKeyNumByValueType(handle, value_type)) return std::nullopt;
-    return keys;
+    return {std::move(keys), DBM_GetKeyNumByValueType(handle, value_type)};
 }
 
 }  // namespace
 
 std::optional<Keys> SavedKeys(DBM_HANDLE handle, uint32_t value_type) {
-    return ReadSaved([&] { return ListedKeys(handle, value_type); });
+    Listing listing = ReadSaved([&] { return List(handle, value_type); });
+    if (!listing) return std::nullopt;
+    return std::move(listing.keys);
+}
+
+std::optional<Keys> LoadableKeys(DBM_HANDLE handle, uint32_t value_type) {
+    Listing listing = ReadSaved([&] { return List(handle, value_type); });
+    if (listing) return std::move(listing.keys);
+    Log(Severity::kError,
+        "configuration database: only %zu of %u keys with values of type %u can be listed. Restore "
+        "it from a backup, or set again what is missing",
+        listing.keys.size(), listing.saved, value_type);
+    if (listing.keys.empty()) return std::nullopt;
+    return std::move(listing.keys);
 }
 
 std::optional<std::string> NameInKey(const SavedKey& key, const char* prefix) {

@@ -29,7 +29,8 @@ static_assert(sizeof(NasIdBinding::nas_id) == DOM_DB_NASID_ENTRY_TEXT_SIZE);
 bool SavedNasIdProfiles(DBM_HANDLE handle, std::vector<std::string>& names,
                         std::vector<std::string>* damaged) {
     try {
-        const auto keys = SavedKeys(handle, DOM_DB_NASID_VLAN);
+        const auto keys = damaged != nullptr ? LoadableKeys(handle, DOM_DB_NASID_VLAN)
+                                             : SavedKeys(handle, DOM_DB_NASID_VLAN);
         if (!keys) return false;
         for (const SavedKey& key : *keys) {
             const auto name = NameInKey(key, DOM_DB_PREFIX_NASID_PROFILE);

@@ -22,6 +22,8 @@ enum : uint16_t { kBigData = 0x01, kSubData = 0x02 };
 constexpr uint16_t kIntegerKey = 0x08;
 /* LMDB keeps the low environment flags here; a new file is made with MDB_NOSUBDIR. */
 constexpr uint16_t kHarmlessFlags = MDB_NOSUBDIR;
+/* What a process can map; with more, opening would fail for want of memory, which is no damage. */
+constexpr uint64_t kLargestFile = uint64_t{1} << 46;
 constexpr uint64_t kNoPage = ~uint64_t{0};
 /* A configuration is far smaller; of a large file of records the first part. */
 constexpr off_t kReadAhead = off_t{64} << 20;
@@ -85,7 +87,7 @@ bool MetaIsSound(const MetaPage& meta) {
     return meta.magic == kMagic && meta.version == kDataVersion &&
            (meta.header.flags & kMetaPage) != 0 && size >= 512 && size <= 65536 &&
            (size & (size - 1)) == 0 && (meta.free_list.flags & ~kHarmlessFlags) == kIntegerKey &&
-           meta.main.flags == 0 && meta.last_page >= 1 && meta.last_page < (uint64_t{1} << 40);
+           meta.main.flags == 0 && meta.last_page >= 1 && meta.last_page < kLargestFile / size;
 }
 
 /* Both meta pages; the second one lies one page size behind the first. */

@@ -135,6 +135,15 @@ void DisarmFailures() {
     all_dbm_calls = false;
 }
 
+namespace {
+
+/// What the process does at its end, like writing its counters, gets its memory.
+struct AtExit {
+    ~AtExit() { DisarmFailures(); }
+} disarm_at_exit;
+
+}  // namespace
+
 uint64_t Count(Event event) {
     return switches[static_cast<int>(event)].count;
 }

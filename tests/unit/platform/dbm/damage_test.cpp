@@ -111,6 +111,18 @@ TEST_F(StorageErrors, GarbageIsRefused) {
     ExpectRefusedWithOneLine();
 }
 
+// Opening would map as much and fail for want of memory, which nobody takes for damage.
+TEST_F(StorageErrors, LastPageThatNobodyCanMapIsRefused) {
+    Fill();
+    constexpr int kLastPageAt = 136 + 4; /* the upper half of the number */
+    for (const int meta : {0, 4096}) {
+        std::fstream file(DataFile(), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(meta + kLastPageAt);
+        file.put(0x10);
+    }
+    ExpectRefusedWithOneLine();
+}
+
 TEST_F(StorageErrors, GarbageBehindTheMetaPagesIsRefused) {
     Fill();
     const auto whole = std::filesystem::file_size(DataFile());

@@ -173,6 +173,17 @@ TEST_P(TlvSocket, MalformedTlvGivesNoMessage) {
     EXPECT_FALSE(Receive(pair_[1], 50));
 }
 
+TEST_P(TlvSocket, NumberThatIsCutOffGivesNoMessage) {
+    constexpr uint8_t kThreeBytesOfFour[] = {7, 0, 4, 0, 0, 0, 1, 2, 3};
+    Bytes bytes = ImageOf(Sample());
+    bytes.resize(8);
+    bytes[4] = sizeof kThreeBytesOfFour;
+    bytes[5] = bytes[6] = bytes[7] = 0;
+    bytes.insert(bytes.end(), std::begin(kThreeBytesOfFour), std::end(kThreeBytesOfFour));
+    ASSERT_GT(send(pair_[0], bytes.data(), bytes.size(), 0), 0);
+    EXPECT_FALSE(Receive(pair_[1], 50));
+}
+
 /// Interrupts the thread that made it every millisecond.
 class Interruptions {
   public:

@@ -20,7 +20,8 @@ TLV_MSG* EncodeScheme(uint32_t code, uint32_t type, const MethodEntry* methods) 
 }
 
 /// Whether every item of a message is one, so that one which was not read was refused for want of
-/// memory: there is nothing else that an item can be refused for.
+/// memory: there is nothing else that an item can be refused for. A platform that reads nested
+/// messages in place refuses none; one that copies them may.
 bool HasOnlyItemsThatCanBeRead(TLV_MSG* msg) noexcept {
     bool any = false;
     for (const TlvItem item : TlvWalk(msg)) {
